@@ -1,0 +1,53 @@
+#include "dberror.h"
+
+#include <firebird/Interface.h>
+#include <ibase.h>
+
+namespace tv {
+
+DatabaseError::DatabaseError(const QString& message, QVector<long> gdsCodes, QString sqlState)
+    : std::runtime_error(message.toStdString()), mMessage(message), mCodes(std::move(gdsCodes)),
+      mSqlState(std::move(sqlState))
+{
+}
+
+DatabaseError DatabaseError::fromStatus(const Firebird::IStatus* status)
+{
+    QVector<long> codes;
+    const ISC_STATUS* v = status->getErrors();
+    for (const ISC_STATUS* p = v; *p != isc_arg_end;) {
+        const ISC_STATUS type = *p++;
+        if (type == isc_arg_gds) {
+            codes.append(static_cast<long>(*p++));
+        } else if (type == isc_arg_cstring) {
+            p += 2;
+        } else {
+            ++p;
+        }
+    }
+    char text[2048];
+    Firebird::IMaster* master = Firebird::fb_get_master_interface();
+    master->getUtilInterface()->formatStatus(text, sizeof text, const_cast<Firebird::IStatus*>(status));
+    char state[6] = {0};
+    fb_sqlstate(state, v);
+    return DatabaseError(QString::fromUtf8(text).trimmed(), codes, QString::fromLatin1(state, 5));
+}
+
+bool DatabaseError::isLockConflict() const
+{
+    return hasCode(isc_deadlock) || hasCode(isc_update_conflict) || hasCode(isc_lock_conflict);
+}
+
+bool DatabaseError::isUniqueViolation() const
+{
+    return hasCode(isc_unique_key_violation) || hasCode(isc_no_dup);
+}
+
+bool DatabaseError::isAlreadyExists() const
+{
+    // Firebird reports a duplicate column as a DDL failure whose text names
+    // the object as already existing; the gds codes vary by object kind.
+    return mMessage.contains(QLatin1String("already exists"), Qt::CaseInsensitive);
+}
+
+} // namespace tv

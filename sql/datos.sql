@@ -1,0 +1,1677 @@
+-- Main database datisp68.IB: tables, generators, indexes and stored procedures.
+-- Runs on an empty dialect-1 database whose default character set is WIN1252
+-- (created by the loader, which also connects with lc_ctype UTF8 and commits).
+-- TIMESTAMP is what dialect 1 calls DATE, and writing it avoids the rename warning.
+-- No foreign keys on purpose: the program deletes dependent rows in its own order.
+-- Russian texts are the only UTF8 columns: a UTF8 INMUEBLES row would pass 64 KB.
+
+-- Five-character codes run out at 99999: fail instead of looping for ever.
+CREATE EXCEPTION EX_CODIGOS_AGOTADOS 'No quedan codigos de cinco cifras libres';
+
+-- One generator per key procedure.
+CREATE GENERATOR GEN_INMUEBLES;
+CREATE GENERATOR GEN_PROPIETARIOS;
+CREATE GENERATOR GEN_CLIENTES;
+CREATE GENERATOR GEN_DEMANDAS;
+CREATE GENERATOR GEN_DESCARTES;
+CREATE GENERATOR GEN_GESTIONES;
+CREATE GENERATOR GEN_AGENDA;
+CREATE GENERATOR GEN_AGENDAX;
+CREATE GENERATOR GEN_OPERACIONES;
+CREATE GENERATOR GEN_CONTACTOS;
+CREATE GENERATOR GEN_PROMOCIONES;
+CREATE GENERATOR GEN_AGENTES;
+CREATE GENERATOR GEN_DEPARTAMENTOS;
+CREATE GENERATOR GEN_PERFILES;
+CREATE GENERATOR GEN_CUENTASMAIL;
+CREATE GENERATOR GEN_TELEFONOS;
+CREATE GENERATOR GEN_ZONAS;
+CREATE GENERATOR GEN_ESTADO;
+CREATE GENERATOR GEN_TIPOINMUEBLE;
+CREATE GENERATOR GEN_FAMILIA;
+CREATE GENERATOR GEN_TIPOGASTOS;
+CREATE GENERATOR GEN_INMUEBLES_GASTOS;
+CREATE GENERATOR GEN_ORIGENES;
+CREATE GENERATOR GEN_TIPOGESTIONES;
+CREATE GENERATOR GEN_TIPOOPERACION;
+CREATE GENERATOR GEN_TIPOS_VISITAS;
+CREATE GENERATOR GEN_LIST_INFORME;
+
+-- Generators the program reads directly with GEN_ID.
+CREATE GENERATOR GEN_MUNIINE;
+CREATE GENERATOR GEN_PROMOCIONES_TIPO_ID;
+CREATE GENERATOR GEN_IVA;
+-- Feeds REMESAS and, by long-standing convention, the single EMPRESA row.
+CREATE GENERATOR GEN_REMESAS;
+
+-- Keys of the tables below that no screen numbers itself (filled by trigger).
+CREATE GENERATOR GEN_INMUEBLES_MAIL;
+CREATE GENERATOR GEN_LIST_FUENTES;
+
+
+-- Properties. CODIGO is the five-character file number, and the CHAR(5)
+-- CODINMUEBLE columns elsewhere match it. Family-page columns (SOLAR_,
+-- EDIFICIO_, RUSTICA_) are numbers where the poster text prints them with a
+-- unit, text otherwise.
+CREATE TABLE INMUEBLES (
+  ACTIVADO                      CHAR(1),
+  BLOQUE                        CHAR(4),
+  CACESIBILIDAD                 VARCHAR(1),
+  CADSL                         VARCHAR(1),
+  CAGUA                         VARCHAR(1),
+  CAIRE                         VARCHAR(1),
+  CAISLANTE                     VARCHAR(1),
+  CALCANTARILLADO               VARCHAR(1),
+  CALTILLO                      VARCHAR(1),
+  CALTO                         DOUBLE PRECISION,
+  CALTURA                       DOUBLE PRECISION,
+  CALTURATECHO                  DOUBLE PRECISION,
+  CALUMBRADO                    VARCHAR(1),
+  CANCHO                        DOUBLE PRECISION,
+  CANOCONSTRUCCION              VARCHAR(1),
+  CARGAS                        VARCHAR(250),
+  CARMARIOS                     VARCHAR(1),
+  CARTELES                      VARCHAR(1),
+  CARTELES_CABECERA             VARCHAR(150),
+  CARTELES_CABECERAALE          VARCHAR(150),
+  CARTELES_CABECERACAT          VARCHAR(150),
+  CARTELES_CABECERAENG          VARCHAR(150),
+  CARTELES_CABECERAFRAN         VARCHAR(150),
+  CARTELES_INFORMAALE           VARCHAR(1000),
+  CARTELES_INFORMACATALAN       VARCHAR(3000),
+  CARTELES_INFORMACION          VARCHAR(3000),
+  CARTELES_INFORMAFRANCES       VARCHAR(1000),
+  CARTELES_INFORMAINGLES        VARCHAR(1000),
+  CARTELES_INFORMARUS           VARCHAR(4000) CHARACTER SET UTF8,
+  CARTELES_PIE                  VARCHAR(150),
+  CARTELES_PIEALE               VARCHAR(150),
+  CARTELES_PIECAT               VARCHAR(150),
+  CARTELES_PIEENG               VARCHAR(150),
+  CARTELES_PIEFRAN              VARCHAR(150),
+  CASCENSOR                     CHAR(1),
+  CASFALTADO                    VARCHAR(1),
+  CCAJAFUERTE                   VARCHAR(1),
+  CCALEFACCION                  VARCHAR(1),
+  CCARPEXT                      VARCHAR(1),
+  CCARPINT                      VARCHAR(1),
+  CCERRADO                      VARCHAR(1),
+  CCHIMENEA                     VARCHAR(1),
+  CCLASENEGOCIO                 VARCHAR(1),
+  CCOCINA                       VARCHAR(1),
+  CCOLUMNAS                     VARCHAR(1),
+  CCOMEDOR                      VARCHAR(1),
+  CDISPONIBLE                   VARCHAR(1),
+  CDIVISIBLE                    VARCHAR(1),
+  CEDULA                        VARCHAR(25),
+  CESCAPARATE                   VARCHAR(1),
+  CESQUINA                      VARCHAR(1),
+  CEXTERIOR                     VARCHAR(1),
+  CFONDO                        DOUBLE PRECISION,
+  CGARAJE                       VARCHAR(1),
+  CGAS                          VARCHAR(1),
+  CGASTOSCOMUNIDAD              VARCHAR(1),
+  CHABDOBLES                    INTEGER,
+  CHABSENCILLAS                 INTEGER,
+  CINTRANET                     VARCHAR(1),
+  CJARDIN                       VARCHAR(1),
+  CLAVADERO                     VARCHAR(1),
+  CLLAVES                       CHAR(1),
+  CLUZ                          VARCHAR(1),
+  CMUEBLES                      CHAR(1),
+  CMUELLE                       VARCHAR(1),
+  CNUEVA_CONSTRUCCION           CHAR(1),
+  CNUMASEOS                     INTEGER,
+  CNUMBANOS                     INTEGER,
+  CNUMSUITE                     INTEGER,
+  CODAGENTE                     INTEGER,
+  CODAGENTEEXTERNO              INTEGER,
+  CODAGENTEEXTERNO2             INTEGER,
+  CODCAPTADOR                   INTEGER,
+  CODESTADO                     INTEGER,
+  CODIGO                        CHAR(5) NOT NULL,
+  CODORIGEN                     INTEGER,
+  CODPERITO                     INTEGER,
+  CODPROMOCION                  INTEGER,
+  CODPROPIETARIO                INTEGER,
+  CODPROPIETARIO2               INTEGER,
+  CODTIPOINMUEBLE               INTEGER NOT NULL,
+  CODTIPOOPERACION              INTEGER NOT NULL,
+  CODTIPOZONA                   INTEGER,
+  COFICINA                      VARCHAR(1),
+  CONSUMO                       VARCHAR(12),
+  CORIENTACION                  VARCHAR(1),
+  CP                            VARCHAR(5),
+  CPINTURA                      VARCHAR(1),
+  CPISCINA                      VARCHAR(1),
+  CPLANOS                       VARCHAR(1),
+  CPLANTABAJA                   VARCHAR(1),
+  CPLANTAS                      VARCHAR(1),
+  CPLAZAS                       INTEGER,
+  CPOTENCIA                     VARCHAR(1),
+  CPUERTABLINDADA               VARCHAR(1),
+  CSALIDAEMERGENCIA             VARCHAR(1),
+  CSALIDAHUMOS                  VARCHAR(1),
+  CSEGURIDAD                    VARCHAR(1),
+  CSEPUEDEVISITAR               VARCHAR(1),
+  CSISTEMAANT                   VARCHAR(1),
+  CSISTEMASEGURIDA              VARCHAR(1),
+  CSOLEADO                      VARCHAR(1),
+  CSUBTERRANEO                  VARCHAR(1),
+  CSUELO                        VARCHAR(1),
+  CSUPER1                       DOUBLE PRECISION,
+  CSUPER2                       DOUBLE PRECISION,
+  CSUPER3                       DOUBLE PRECISION,
+  CSUPER4                       DOUBLE PRECISION,
+  CSUPER5                       DOUBLE PRECISION,
+  CSUPERF1                      DOUBLE PRECISION,
+  CSUPERSOLAR                   VARCHAR(15),
+  CSUPSOLAR                     DOUBLE PRECISION,
+  CSUPUEDEVISITAR               VARCHAR(1),
+  CTELEFONO                     VARCHAR(1),
+  CTERRAZA                      VARCHAR(1),
+  CTRASTERO                     VARCHAR(1),
+  CURBANIZADO                   VARCHAR(1),
+  CVIDRIOSDOBLES                VARCHAR(1),
+  CVIGILANTE                    VARCHAR(1),
+  CVISTAS                       VARCHAR(1),
+  CVPO                          VARCHAR(1),
+  DESCRIPCION                   VARCHAR(80),
+  DESTACADO                     CHAR(1),
+  DESTIPOINMUEBLE               VARCHAR(20),
+  DESTIPOOPERACION              VARCHAR(20),
+  DESZONA                       VARCHAR(20),
+  DOCUMENTACION                 BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  EDIFICIO_AFECCIONES           VARCHAR(250),
+  EDIFICIO_ALTURAMAXIMA         DOUBLE PRECISION,
+  EDIFICIO_ANOCONSTRUCCION      INTEGER,
+  EDIFICIO_ANOSCONTRATO         INTEGER,
+  EDIFICIO_CARGAS               VARCHAR(250),
+  EDIFICIO_CONTRATO             VARCHAR(100),
+  EDIFICIO_EXPLOTADOR           VARCHAR(100),
+  EDIFICIO_NUMVIVIENDAS         INTEGER,
+  EDIFICIO_OCUPACION            DOUBLE PRECISION,
+  EDIFICIO_PLANTASBAJORASANTE   INTEGER,
+  EDIFICIO_PLANTASSOBRERESANTA  INTEGER,
+  EDIFICIO_PLAZASPARKING        INTEGER,
+  EDIFICIO_REFORMAS             VARCHAR(250),
+  EDIFICIO_RENTABILIDAD         DOUBLE PRECISION,
+  EDIFICIO_SUPERRASANTEBAJO     DOUBLE PRECISION,
+  EDIFICIO_SUPERRASANTESOBRE    DOUBLE PRECISION,
+  EDIFICIO_USOACTUAL            VARCHAR(100),
+  EDIFICIO_USOSPOSIBLES         VARCHAR(250),
+  EMISIONES                     VARCHAR(12),
+  ENERGETICA                    VARCHAR(2),
+  ESCALERA                      CHAR(3),
+  EUROIMPORTE                   DOUBLE PRECISION,
+  EUROMAXIMO                    DOUBLE PRECISION,
+  EUROMINIMO                    DOUBLE PRECISION,
+  EXCLUSIVA                     VARCHAR(1),
+  FECHAALTA                     TIMESTAMP,
+  FECHA_MODIFICA                TIMESTAMP,
+  FINCA                         VARCHAR(25),
+  FOLIO                         VARCHAR(25),
+  FOTOS_ACT_ENALQUILER          VARCHAR(1),
+  FOTOS_ACT_FOTOCASA            VARCHAR(1),
+  FOTOS_ACT_HABITACLIA          VARCHAR(1),
+  FOTOS_ACT_IDEALISTA           VARCHAR(1),
+  FOTOS_ACT_INDOMINIO           VARCHAR(1),
+  FOTOS_ACT_MIWEB               VARCHAR(1),
+  FOTOS_ACT_PISOS               VARCHAR(1),
+  FOTOS_ACT_TROVIMAP            VARCHAR(1),
+  FOTOS_ACT_TUCASA              VARCHAR(1),
+  FOTOS_ACT_YAENCONTRE          VARCHAR(1),
+  GASTOS                        VARCHAR(250),
+  GOOGLE_MAPS_MANUAL            CHAR(1),
+  HONORARIO_PORCENTAJE          DOUBLE PRECISION,
+  HONORARIO_SOBRE               DOUBLE PRECISION,
+  HONORARIO_TOTAL               DOUBLE PRECISION,
+  HONORARIO_VENTA               DOUBLE PRECISION,
+  INSCRIPCION                   VARCHAR(25),
+  LATITUDE                      DOUBLE PRECISION,
+  LIBRO                         VARCHAR(25),
+  LONGITUDE                     DOUBLE PRECISION,
+  MARCA                         CHAR(1),
+  MUNICIPIO                     CHAR(30),
+  NASEOS                        INTEGER,
+  NOMBREPROPIETARIO             VARCHAR(50),
+  NOMBREVIA                     CHAR(35),
+  NOMBRE_APARTAMENTO            VARCHAR(40),
+  NUMERO                        CHAR(4),
+  NUMREGISTRO                   VARCHAR(25),
+  OBSERVACIONES                 BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  OBSERVACIONES_TEXTO           VARCHAR(5000),
+  OBSERVA_INTERNAS              BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  OBSERVA_INTERNAS_TEXTO        VARCHAR(5000),
+  OBSERV_REGISTRO               BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  PLANTA                        CHAR(2),
+  PORTAL_1001                   CHAR(1),
+  PORTAL_ANUNCIALO              CHAR(1),
+  PORTAL_ENALQUILER             CHAR(1),
+  PORTAL_FACILISIMO             CHAR(1),
+  PORTAL_FOTOCASA               VARCHAR(1),
+  PORTAL_GLOBALIZA              CHAR(1),
+  PORTAL_HABITACLIA             CHAR(1),
+  PORTAL_HOGARIANET             CHAR(1),
+  PORTAL_IDEALISTA              CHAR(1),
+  PORTAL_INDOMIO                VARCHAR(1),
+  PORTAL_INZOCO                 CHAR(1),
+  PORTAL_KYERO                  VARCHAR(1),
+  PORTAL_LUXURY                 VARCHAR(1),
+  PORTAL_MISVIVIENDAS           CHAR(1),
+  PORTAL_PISOCASAS              CHAR(1),
+  PORTAL_PISOS                  CHAR(1),
+  PORTAL_SPAINHOUSE             CHAR(1),
+  PORTAL_THINK                  CHAR(1),
+  PORTAL_TROVIMAP               CHAR(1),
+  PORTAL_TUCASA                 CHAR(1),
+  PORTAL_VIVADOS                VARCHAR(1),
+  PORTAL_YAENCONTRE             CHAR(1),
+  PROPREGISTRALES               VARCHAR(250),
+  PROVINCIA                     VARCHAR(35),
+  PUBLICAR                      CHAR(1),
+  PUERTA                        CHAR(3),
+  REFCATASTRAL                  VARCHAR(25),
+  REGISTRADOEN                  VARCHAR(100),
+  RUSTICA_ACCESO                VARCHAR(100),
+  RUSTICA_ARBOLADO              VARCHAR(100),
+  RUSTICA_CAZA                  VARCHAR(100),
+  RUSTICA_CIERRE                VARCHAR(100),
+  RUSTICA_CONSTRUCCIONES        VARCHAR(250),
+  RUSTICA_CULTIVO               VARCHAR(100),
+  RUSTICA_LUZ                   VARCHAR(100),
+  RUSTICA_PRECIOHEC             DOUBLE PRECISION,
+  SACCESIBILIDAD                VARCHAR(15),
+  SADSL                         VARCHAR(15),
+  SAGUA                         VARCHAR(15),
+  SAIRE                         VARCHAR(15),
+  SAISLANTE                     VARCHAR(15),
+  SALCANTARILLADO               VARCHAR(15),
+  SALTILLO                      VARCHAR(15),
+  SALTO                         VARCHAR(25),
+  SALTURA                       VARCHAR(15),
+  SALTURATECHO                  VARCHAR(15),
+  SALUMBRADO                    VARCHAR(15),
+  SANCHO                        VARCHAR(25),
+  SANOCONSTRUCCION              VARCHAR(15),
+  SARMARIOS                     VARCHAR(15),
+  SASCENSOR                     VARCHAR(25),
+  SASEOS                        VARCHAR(15),
+  SASFALTADO                    VARCHAR(15),
+  SCAJAFUERTE                   VARCHAR(15),
+  SCALEFACCION                  VARCHAR(15),
+  SCARPEXT                      VARCHAR(15),
+  SCARPINT                      VARCHAR(15),
+  SCERRADO                      VARCHAR(25),
+  SCHIMENEA                     VARCHAR(15),
+  SCLASENEGOCIO                 VARCHAR(15),
+  SCOCINA                       VARCHAR(15),
+  SCOLUMNAS                     VARCHAR(25),
+  SCOMEDOR                      VARCHAR(15),
+  SCOMUNIDAD                    VARCHAR(15),
+  SDISPONIBLE                   VARCHAR(25),
+  SDIVISIBLE                    VARCHAR(15),
+  SESCAPARATE                   VARCHAR(15),
+  SESQUINA                      VARCHAR(15),
+  SFONDO                        VARCHAR(25),
+  SGARAJE                       VARCHAR(15),
+  SGAS                          VARCHAR(15),
+  SGASTOSCOMUNIDAD              DOUBLE PRECISION,
+  SHABDOBLES                    VARCHAR(15),
+  SHABSENCILLAS                 VARCHAR(15),
+  SINTRANET                     VARCHAR(15),
+  SJARDIN                       VARCHAR(15),
+  SLAVADERO                     VARCHAR(15),
+  SLLAVES                       VARCHAR(25),
+  SLUZ                          VARCHAR(15),
+  SMUEBLES                      VARCHAR(15),
+  SMUELLE                       VARCHAR(15),
+  SNUMASEOS                     VARCHAR(15),
+  SNUMBANOS                     VARCHAR(15),
+  SNUMSUITE                     VARCHAR(15),
+  SOFICINA                      VARCHAR(15),
+  SOLAR_AFECCIONES              VARCHAR(250),
+  SOLAR_CARGAS                  VARCHAR(250),
+  SOLAR_CESIONES                VARCHAR(250),
+  SOLAR_CLASESUELO              VARCHAR(50),
+  SOLAR_CLAVE                   VARCHAR(25),
+  SOLAR_COEFICIENTE             DOUBLE PRECISION,
+  SOLAR_DENSIDAD                DOUBLE PRECISION,
+  SOLAR_GASTOSURBANIZACION      DOUBLE PRECISION,
+  SOLAR_NUMEROVIVIENDAS         INTEGER,
+  SOLAR_OCUPACION               DOUBLE PRECISION,
+  SOLAR_PARCELA                 VARCHAR(25),
+  SOLAR_PARCELAMINIMA           DOUBLE PRECISION,
+  SOLAR_PLANACTUAL              VARCHAR(100),
+  SOLAR_PLANDESARROLLO          VARCHAR(100),
+  SOLAR_PLAZOS                  VARCHAR(100),
+  SOLAR_POLIGONO                VARCHAR(25),
+  SOLAR_SISTEMA                 VARCHAR(50),
+  SOLAR_TIPOLOGIA               VARCHAR(50),
+  SOLAR_TIPOLOGIAVIVIENDA       VARCHAR(50),
+  SOLAR_URBANIZADO              VARCHAR(15),
+  SOLAR_USOS                    VARCHAR(250),
+  SORIENTACION                  VARCHAR(15),
+  SOTROS                        VARCHAR(500),
+  SPINTURA                      VARCHAR(15),
+  SPISCINA                      VARCHAR(15),
+  SPLANOS                       VARCHAR(25),
+  SPLANTABAJA                   VARCHAR(15),
+  SPLANTAS                      VARCHAR(15),
+  SPLAZAS                       VARCHAR(25),
+  SPOTENCIA                     VARCHAR(15),
+  SPUERTABLINDADA               VARCHAR(15),
+  SSALIDAEMERGENCIA             VARCHAR(15),
+  SSALIDAHUMOS                  VARCHAR(15),
+  SSEGURIDAD                    VARCHAR(25),
+  SSEPUEDEVISITAR               VARCHAR(25),
+  SSISTEMAANT                   VARCHAR(1),
+  SSISTEMASEGURIDA              VARCHAR(15),
+  SSOLEADO                      VARCHAR(15),
+  SSUBTERRANEO                  VARCHAR(25),
+  SSUELO                        VARCHAR(15),
+  SSUPER1                       VARCHAR(15),
+  SSUPER2                       VARCHAR(15),
+  SSUPER3                       VARCHAR(15),
+  SSUPER4                       VARCHAR(15),
+  SSUPER5                       VARCHAR(15),
+  SSUPERF1                      VARCHAR(15),
+  SSUPERSOLAR                   DOUBLE PRECISION,
+  SSUPSOLAR                     VARCHAR(15),
+  STELEFONO                     VARCHAR(15),
+  STERRAZA                      VARCHAR(15),
+  STRASTERO                     VARCHAR(25),
+  SUBIR_INTERNET                VARCHAR(1),
+  SUBIR_PRECIO                  VARCHAR(1),
+  SURBANIZADO                   VARCHAR(15),
+  SVIDRIOSDOBLES                VARCHAR(15),
+  SVIGILANTE                    VARCHAR(15),
+  SVISTA                        VARCHAR(15),
+  SVPO                          VARCHAR(15),
+  TELEFONO                      VARCHAR(12),
+  TELEFONO2                     VARCHAR(25),
+  TIENEFOTOS                    CHAR(1),
+  TIPOVIA                       CHAR(2),
+  TITULO                        VARCHAR(80),
+  TOMO                          VARCHAR(25),
+  TURISTICO_ESTADO              VARCHAR(15),
+  TURISTICO_HUT                 VARCHAR(50),
+  UTM                           VARCHAR(25),
+  VIRTUAL                       VARCHAR(300),
+  YOUTUBE                       VARCHAR(300),
+  -- Russian poster header and footer, saved with the Russian poster text
+  CARTELES_CABECERARUS          VARCHAR(150) CHARACTER SET UTF8,
+  CARTELES_PIERUS               VARCHAR(150) CHARACTER SET UTF8,
+  -- feature flags the property consultation filters on
+  CSUITE                        VARCHAR(1),
+  CVESTUARIOS                   VARCHAR(1),
+  -- direct-debit mandate reference and date, read by the mandate query
+  REFDOMICI                     VARCHAR(35),
+  FECHA_MANDATO                 TIMESTAMP,
+  CONSTRAINT PK_INMUEBLES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE PROPIETARIOS (
+  APEYNOM            VARCHAR(50) NOT NULL,
+  BANCO              CHAR(4),
+  CODAGENTE          INTEGER,
+  CODIGO             INTEGER NOT NULL,
+  CODPERFIL1         INTEGER,
+  CODPERFIL2         INTEGER,
+  CODPROCEDENCIA     INTEGER,
+  CP                 CHAR(5),
+  CUENTA             CHAR(10),
+  DC                 CHAR(2),
+  DIR                VARCHAR(30) NOT NULL,
+  DIRLETRA           VARCHAR(4),
+  DIRNUM             VARCHAR(20),
+  DIRPISO            VARCHAR(4),
+  DIRSIGLA           VARCHAR(2) NOT NULL,
+  ESTADO_CIVIL       VARCHAR(20),
+  FAX                VARCHAR(15),
+  FECHA_ALTA         TIMESTAMP,
+  FECHA_NACIMIENTO   TIMESTAMP,
+  MAIL               CHAR(70),
+  NIF                VARCHAR(15),
+  NIVEL_ESTUDIOS     CHAR(25),
+  OBSERVACIONES      BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  PAIS               VARCHAR(60) NOT NULL,
+  POB                VARCHAR(30) NOT NULL,
+  PROVINCIA          CHAR(35) NOT NULL,
+  SEXO               CHAR(1),
+  SITUACION          CHAR(15),
+  SITUACION_LABORAL  CHAR(25),
+  SUCURSAL           CHAR(4),
+  TEL                VARCHAR(25),
+  TEL_MOVIL          VARCHAR(25),
+  TEL_TRABAJO        VARCHAR(25),
+  TITULAR            VARCHAR(50),
+  TRATO              CHAR(5),
+  CONSTRAINT PK_PROPIETARIOS PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE CLIENTES (
+  APEYNOM            VARCHAR(50) NOT NULL,
+  BANCO              CHAR(4),
+  CODAGENTE          INTEGER,
+  CODIGO             INTEGER NOT NULL,
+  CODPERFIL1         INTEGER,
+  CODPERFIL2         INTEGER,
+  CODPROCEDENCIA     INTEGER,
+  CP                 CHAR(5),
+  CUENTA             CHAR(10),
+  DC                 CHAR(2),
+  DIR                VARCHAR(30) NOT NULL,
+  DIRLETRA           VARCHAR(4),
+  DIRNUM             VARCHAR(4),
+  DIRPISO            VARCHAR(4),
+  DIRSIGLA           VARCHAR(2) NOT NULL,
+  ESTADO_CIVIL       VARCHAR(20),
+  FAX                VARCHAR(15),
+  FECHAALTA          TIMESTAMP,
+  FECHA_NACIMIENTO   TIMESTAMP,
+  MAIL               CHAR(70),
+  NIF                VARCHAR(15),
+  NIVEL_ESTUDIOS     CHAR(25),
+  OBSERVACIONES      BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  PAIS               VARCHAR(60),
+  POB                VARCHAR(30) NOT NULL,
+  PROVINCIA          CHAR(35) NOT NULL,
+  SEXO               CHAR(1),
+  SITUACION          CHAR(15),
+  SITUACION_LABORAL  CHAR(25),
+  SUCURSAL           CHAR(4),
+  TEL                VARCHAR(25),
+  TEL_MOVIL          VARCHAR(25),
+  TEL_TRABAJO        VARCHAR(25),
+  TITULAR            VARCHAR(50),
+  TRATO              CHAR(5),
+  CONSTRAINT PK_CLIENTES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE DEMANDAS (
+  CAGUA               CHAR(1),
+  CAIRE               CHAR(1),
+  CAISLANTES          CHAR(1),
+  CALTILLO            CHAR(1),
+  CALUMBRADO          CHAR(1),
+  CARBOLES            CHAR(1),
+  CASCENSOR           CHAR(1),
+  CASFALTADO          CHAR(1),
+  CBALCON             CHAR(1),
+  CCALEFACCION        CHAR(1),
+  CCERRADO            CHAR(1),
+  CCOLUMNAS           CHAR(1),
+  CCULTIVABLE         CHAR(1),
+  CEDIFICABLE         CHAR(1),
+  CEDIFICACIONES      CHAR(1),
+  CELECTRICIDAD       CHAR(1),
+  CESCAPARATE         CHAR(1),
+  CEXTERIOR           CHAR(1),
+  CGARAJE             CHAR(1),
+  CGRUA               CHAR(1),
+  CJARDIN             CHAR(1),
+  CLUZ                CHAR(1),
+  CMUEBLES            CHAR(1),
+  CMUELLE             CHAR(1),
+  CODAGENTE           INTEGER,
+  CODCLIENTE          INTEGER,
+  CODCONSERVACION     INTEGER,
+  CODESTADO           INTEGER,
+  CODFAMILIA          INTEGER,
+  CODIGO              INTEGER NOT NULL,
+  CODINMUEBLE1        INTEGER,
+  CODINMUEBLE2        INTEGER,
+  CODINMUEBLE3        INTEGER,
+  CODOPERACION        INTEGER,
+  CODPROMOCION        INTEGER,
+  CODZONA             INTEGER,
+  CODZONA2            INTEGER,
+  CODZONA3            INTEGER,
+  CODZONA4            INTEGER,
+  CODZONAA            INTEGER,
+  CODZONAB            INTEGER,
+  CODZONAC            INTEGER,
+  CODZONAD            INTEGER,
+  COFICINA            CHAR(1),
+  CPINTURA            CHAR(1),
+  CPISCINA            CHAR(1),
+  CPLANTABAJA         CHAR(1),
+  CPLANTAS            CHAR(1),
+  CPOZO               CHAR(1),
+  CREJAS              CHAR(1),
+  CSALHUMOS           CHAR(1),
+  CSEGURIDAD          CHAR(1),
+  CSUBTERRANEO        CHAR(1),
+  CSUITE              CHAR(1),
+  CTERRAZA            CHAR(1),
+  CTRASTERO           CHAR(1),
+  CURBANIZADO         CHAR(1),
+  CVESTURIOS          CHAR(1),
+  CVIGILANTE          CHAR(1),
+  CVPO                CHAR(1),
+  FECHAALTA           TIMESTAMP,
+  POBLACION1          CHAR(70),
+  POBLACION2          CHAR(70),
+  PRECIODESDE         DOUBLE PRECISION,
+  PRECIOHASTA         DOUBLE PRECISION,
+  SDESDEALTURA        INTEGER,
+  SDESDEANCHO         DOUBLE PRECISION,
+  SDESDEBANOS         INTEGER,
+  SDESDEHABITACIONES  INTEGER,
+  SDESDEMETROS        INTEGER,
+  SDESDEMETROSPLANTA  DOUBLE PRECISION,
+  SDESDEPLAZAS        INTEGER,
+  SDESDESOLAR         DOUBLE PRECISION,
+  SHASTAALTURA        INTEGER,
+  SHASTAANCHO         DOUBLE PRECISION,
+  SHASTABANOS         INTEGER,
+  SHASTAHABITACIONES  INTEGER,
+  SHASTAMETROS        INTEGER,
+  SHASTAMETROSPLANTA  DOUBLE PRECISION,
+  SHASTAPLAZAS        INTEGER,
+  SHASTASOLAR         DOUBLE PRECISION,
+  TELEFONO1           VARCHAR(25),
+  TELEFONO2           VARCHAR(25),
+  -- status text of the client copied into the demand (Activo when active)
+  SITUACION           CHAR(15),
+  CONSTRAINT PK_DEMANDAS PRIMARY KEY (CODIGO)
+);
+
+-- Follow-up actions. TEXTO_AGENDA is sized for the composed description of the
+-- property, owner and client an action concerns.
+CREATE TABLE GESTIONES (
+  AGENDA                 CHAR(1),
+  ASUNTO                 CHAR(100),
+  CODAGENTE              INTEGER,
+  CODAGENTE_REGISTRADOR  INTEGER,
+  CODCLIENTE             INTEGER,
+  CODIGO                 INTEGER NOT NULL,
+  CODINMUEBLE            CHAR(5),
+  CODORIGEN              INTEGER,
+  CODTIPOGESTION         INTEGER,
+  CONFIRMADA             CHAR(1),
+  FECHA                  TIMESTAMP,
+  HORA                   CHAR(5),
+  PENDIENTE              CHAR(1),
+  RESULTADO              VARCHAR(500),
+  TEXTO_AGENDA           VARCHAR(1000),
+  CONSTRAINT PK_GESTIONES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE DESCARTES (
+  CODCLIENTE   INTEGER NOT NULL,
+  CODIGO       INTEGER NOT NULL,
+  CODINMUEBLE  CHAR(5) NOT NULL,
+  FECHA        TIMESTAMP,
+  MOTIVO       VARCHAR(256),
+  CONSTRAINT PK_DESCARTES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE RESULTADO_CRUZE (
+  CODCLIENTE   INTEGER NOT NULL,
+  CODINMUEBLE  CHAR(5) NOT NULL,
+  ENVIADOMAIL  VARCHAR(1)
+);
+
+CREATE TABLE OPERACIONES (
+  ANOMES               CHAR(7),
+  ANOSHIPOTECA         INTEGER,
+  CODAGENTE            INTEGER,
+  CODCLIENTE           INTEGER NOT NULL,
+  CODINMUEBLE          CHAR(5),
+  CODOPERACION         INTEGER NOT NULL,
+  CODORIGEN            INTEGER,
+  CUOTAHIPOTECA        DOUBLE PRECISION,
+  FECHAACEPTA          TIMESTAMP,
+  FECHAALTA            TIMESTAMP NOT NULL,
+  FECHACANCELACION     TIMESTAMP,
+  FECHAFINALIZA        TIMESTAMP,
+  FECHARESERVA         TIMESTAMP,
+  GASTOFIJO            DOUBLE PRECISION,
+  GASTOVARIABLE        DOUBLE PRECISION,
+  IMPORTEENTRADA       DOUBLE PRECISION,
+  IMPORTEHIPOTECA      DOUBLE PRECISION,
+  IMPORTEINMUEBLE      DOUBLE PRECISION,
+  IMPORTEOPERACION     DOUBLE PRECISION,
+  INFORMACION          BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  INTERES              DOUBLE PRECISION,
+  OBSERVACIONES        BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  PORCENTAJE_VARIABLE  NUMERIC(9,2),
+  TIPOOPERACION        VARCHAR(20),
+  CONSTRAINT PK_OPERACIONES PRIMARY KEY (CODOPERACION)
+);
+
+CREATE TABLE PROMOCIONES (
+  ACTIVA                CHAR(1),
+  CODIGO                INTEGER NOT NULL,
+  DESCRIPCION           CHAR(50),
+  DESCRIPCION_INTERNET  VARCHAR(1000),
+  MEMORIACALIDAD        BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  OBSERVACION           BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  CONSTRAINT PK_PROMOCIONES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE PROMOCIONES_TIPO (
+  CODIGO                  INTEGER NOT NULL,
+  CODPROMOCION            INTEGER,
+  DESCRIPCION             VARCHAR(20),
+  DESCRIPCION_ALEMAN      VARCHAR(1000),
+  DESCRIPCION_CASTELLANO  VARCHAR(1000),
+  DESCRIPCION_CATALAN     VARCHAR(1000),
+  DESCRIPCION_FRANCES     VARCHAR(1000),
+  DESCRIPCION_INGLES      VARCHAR(1000),
+  OBSERVACIONES           VARCHAR(1000),
+  CONSTRAINT PK_PROMOCIONES_TIPO PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE CONTACTOS (
+  CODIGO         INTEGER NOT NULL,
+  CODPOSTAL      VARCHAR(5),
+  DOMICILIO      VARCHAR(60),
+  EMAIL          VARCHAR(35),
+  FAX            VARCHAR(15),
+  MOVIL          VARCHAR(13),
+  NOMBRE         VARCHAR(50) NOT NULL,
+  OBSERVACIONES  BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  POBLACION      VARCHAR(30),
+  PROVINCIA      VARCHAR(35),
+  TELEFONO       VARCHAR(15),
+  WWW            VARCHAR(100),
+  CONSTRAINT PK_CONTACTOS PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE TELEFONOS (
+  CODIGO          INTEGER NOT NULL,
+  DETALLE         VARCHAR(500),
+  FECHAALTA       TIMESTAMP,
+  ORIGEN          VARCHAR(60),
+  TELEFONO1       VARCHAR(25),
+  TELEFONO2       VARCHAR(25),
+  TELEFONO3       VARCHAR(25),
+  -- owner a call is about, bound by the phone-call screen
+  CODPROPIETARIO  INTEGER,
+  CONSTRAINT PK_TELEFONOS PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE INMUEBLES_GASTOS (
+  CODIGO       CHAR(5) NOT NULL,
+  CODINMUEBLE  CHAR(5),
+  DESCRIPCION  CHAR(60) NOT NULL,
+  FECHA        TIMESTAMP,
+  IMPORTE      DOUBLE PRECISION,
+  TIPOGASTO    CHAR(40),
+  CONSTRAINT PK_INMUEBLES_GASTOS PRIMARY KEY (CODIGO)
+);
+
+-- Scratch result of CALCULA_COMISION.
+CREATE TABLE COMISIONES (
+  CAPTACION            CHAR(50),
+  COMISIONCAPTACION    DOUBLE PRECISION,
+  COMISIONOPERACION    DOUBLE PRECISION,
+  DIRECCION            CHAR(100),
+  FECHA                TIMESTAMP,
+  IMPORTEINMUEBLE      DOUBLE PRECISION,
+  NOMBREAGENTE         CHAR(50),
+  OPERACION            CHAR(20),
+  PORCENTAJECAPTACION  DOUBLE PRECISION,
+  PORCENTAJEOPERACION  DOUBLE PRECISION,
+  REFERENCIA           CHAR(5) NOT NULL,
+  TIPOINMUEBLE         CHAR(20),
+  TOTALCOMISION        DOUBLE PRECISION
+);
+
+CREATE TABLE AGENDA (
+  ALARMA      CHAR(1),
+  CODGESTION  INTEGER,
+  CODIGO      INTEGER NOT NULL,
+  FECHA       TIMESTAMP,
+  HORA        CHAR(5),
+  REALIZADO   CHAR(1),
+  TEXTO       VARCHAR(300),
+  -- due moment and owner of a reminder, read by the reminder watcher
+  FECHAYHORA  TIMESTAMP,
+  USUARIO     VARCHAR(20),
+  CONSTRAINT PK_AGENDA PRIMARY KEY (CODIGO)
+);
+
+-- No START column: it is a reserved word that dialect 1 cannot quote, so it could
+-- be neither created nor named in a statement. INICIO holds the event start.
+CREATE TABLE AGENDAX (
+  ACTDEMO          VARCHAR(1),
+  ACTUALFINISH     TIMESTAMP,
+  ACTUALSTART      TIMESTAMP,
+  CAPTION          VARCHAR(200),
+  CODACTUACION     INTEGER,
+  CODCLIENTE       INTEGER,
+  CODGESTION       INTEGER,
+  CODUSUARIO       CHAR(20),
+  FINISH           TIMESTAMP,
+  ID               INTEGER NOT NULL,
+  INICIO           TIMESTAMP,
+  LABELCOLOR       DOUBLE PRECISION,
+  LOCATION         VARCHAR(200),
+  MENSAGE          VARCHAR(1000),
+  OPTIONS          INTEGER,
+  PARENTID         INTEGER,
+  RECURRENCEINDEX  INTEGER,
+  RECURRENCEINFO   BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  REMINDERDATE     TIMESTAMP,
+  REMINDERMINUTES  INTEGER,
+  RESOURCEID       BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  STATE            INTEGER,
+  SYNCIDFIELD      VARCHAR(300),
+  TIPE             INTEGER,
+  CONSTRAINT PK_AGENDAX PRIMARY KEY (ID)
+);
+
+CREATE TABLE AGENDA_CONFIGURACION (
+  CODIGO           INTEGER NOT NULL,
+  DOMINGO          CHAR(1),
+  HORAFIN          CHAR(5),
+  HORAINICIO       CHAR(5),
+  INTERVALO        INTEGER,
+  INTERVALO_CITAS  INTEGER,
+  JUEVES           CHAR(1),
+  LUNES            CHAR(1),
+  MARTES           CHAR(1),
+  MIERCOLES        CHAR(1),
+  SABADO           CHAR(1),
+  VIERNES          CHAR(1),
+  CONSTRAINT PK_AGENDA_CONFIGURACION PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE AGENDAHX (
+  ACTDEMO          VARCHAR(1),
+  ACTUALFINISH     TIMESTAMP,
+  ACTUALSTART      TIMESTAMP,
+  CAPTION          VARCHAR(200),
+  CODACTUACION     INTEGER,
+  CODCLIENTE       INTEGER,
+  CODUSUARIO       CHAR(20),
+  FINISH           TIMESTAMP,
+  ID               INTEGER NOT NULL,
+  LABELCOLOR       DOUBLE PRECISION,
+  LOCATION         VARCHAR(200),
+  MENSAGE          VARCHAR(1000),
+  OPTIONS          INTEGER,
+  PARENTID         INTEGER,
+  RECURRENCEINDEX  INTEGER,
+  RECURRENCEINFO   BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  REMINDERDATE     TIMESTAMP,
+  REMINDERMINUTES  INTEGER,
+  RESOURCEID       BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  STATE            INTEGER,
+  TIPE             INTEGER,
+  CONSTRAINT PK_AGENDAHX PRIMARY KEY (ID)
+);
+
+CREATE TABLE AGENDAH_CONFIGURACION (
+  CODIGO           INTEGER NOT NULL,
+  DOMINGO          CHAR(1),
+  HORAFIN          CHAR(5),
+  HORAINICIO       CHAR(5),
+  INTERVALO        INTEGER,
+  INTERVALO_CITAS  INTEGER,
+  JUEVES           CHAR(1),
+  LUNES            CHAR(1),
+  MARTES           CHAR(1),
+  MIERCOLES        CHAR(1),
+  SABADO           CHAR(1),
+  VIERNES          CHAR(1),
+  CONSTRAINT PK_AGENDAH_CONFIGURACION PRIMARY KEY (CODIGO)
+);
+
+-- Archive of calendar events, filled by COMPACTAR_AGENDA.
+CREATE TABLE AGENGAX_HISTORICO (
+  ACTUALFINISH     TIMESTAMP,
+  ACTUALSTART      TIMESTAMP,
+  CAPTION          VARCHAR(200),
+  CODACTUACION     INTEGER,
+  CODCLIENTE       INTEGER,
+  CODGESTION       INTEGER,
+  CODUSUARIO       CHAR(20),
+  FINISH           TIMESTAMP,
+  ID               INTEGER NOT NULL,
+  INICIO           TIMESTAMP,
+  LABELCOLOR       DOUBLE PRECISION,
+  LOCATION         VARCHAR(200),
+  MENSAGE          VARCHAR(1000),
+  OPTIONS          INTEGER,
+  PARENTID         INTEGER,
+  RECURRENCEINDEX  INTEGER,
+  RECURRENCEINFO   BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  REMINDERDATE     TIMESTAMP,
+  REMINDERMINUTES  INTEGER,
+  RESOURCEID       BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  STATE            INTEGER,
+  SYNCIDFIELD      VARCHAR(300),
+  TIPE             INTEGER,
+  -- the same columns as AGENDAX, so archived events move over whole
+  ACTDEMO          VARCHAR(1),
+  CONSTRAINT PK_AGENGAX_HISTORICO PRIMARY KEY (ID)
+);
+
+CREATE TABLE TIPOS_VISITAS (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  VARCHAR(40),
+  CONSTRAINT PK_TIPOS_VISITAS PRIMARY KEY (CODIGO)
+);
+
+-- The single agency row.
+CREATE TABLE EMPRESA (
+  BANCO           VARCHAR(4),
+  CIF             VARCHAR(15),
+  CODIGO          INTEGER NOT NULL,
+  CODPOSTAL       VARCHAR(5) NOT NULL,
+  CUENTA          VARCHAR(10),
+  DC              VARCHAR(2),
+  DIRECCION       VARCHAR(30) NOT NULL,
+  FAX             VARCHAR(13),
+  LOGO            BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  MAIL            VARCHAR(60),
+  MONEDA          VARCHAR(1),
+  MUNICIPIO       VARCHAR(70) NOT NULL,
+  M_CLAVE         VARCHAR(30),
+  M_HOST          VARCHAR(30),
+  M_PORT          INTEGER,
+  M_USERNAME      VARCHAR(30),
+  NOMBRE          VARCHAR(30) NOT NULL,
+  PAIS            VARCHAR(15),
+  PROVINCIA       VARCHAR(50) NOT NULL,
+  SUCURSAL        VARCHAR(4),
+  SUFIJO          VARCHAR(3),
+  TELEFONO        VARCHAR(13),
+  TERMINALSERVER  VARCHAR(5),
+  VERSION         INTEGER,
+  CONSTRAINT PK_EMPRESA PRIMARY KEY (CODIGO)
+);
+
+-- The single settings row (no key).
+CREATE TABLE CONFIGURACION (
+  ACTUALIZA_AUTOMATICA    CHAR(1),
+  CARRUSEL_TIEMPO         INTEGER,
+  DIASACTUALIZACION       INTEGER,
+  DIRECTORIO_FOTOS        VARCHAR(70),
+  DOCU_RED                CHAR(1),
+  EMPRESA                 INTEGER,
+  FTP_HOST                VARCHAR(40),
+  FTP_PASSWORD            VARCHAR(40),
+  FTP_USUARIO             VARCHAR(40),
+  OBSERVACIONES_MIGRADAS  VARCHAR(1),
+  OFICINA                 INTEGER,
+  PORTALINMO              VARCHAR(17),
+  SERVIDOR_DATABASE       VARCHAR(40),
+  SERVIDOR_HOST           VARCHAR(40),
+  SERVIDOR_PASSWORD       VARCHAR(40),
+  SERVIDOR_USUARIO        VARCHAR(40),
+  VER_DIRECCION           CHAR(1),
+  VER_FECHA               CHAR(1),
+  -- settings read by the settings screen and the reminder watcher
+  DESACTIVAR_MENSAJES     CHAR(1),
+  EJECUTADO               CHAR(1),
+  SINCRONIZACION_CLAVE    VARCHAR(40),
+  SINCRONIZACION_OFICINA  VARCHAR(40),
+  SINCRONIZACION_USUARIO  VARCHAR(40),
+  ULTACTUALIZACION        TIMESTAMP
+);
+
+CREATE TABLE AGENTES (
+  ADMINISTRADOR           VARCHAR(1),
+  APEYNOM                 VARCHAR(50) NOT NULL,
+  CLAVE_PERSONALES        VARCHAR(20),
+  CODDEPARTAMENTO         INTEGER,
+  CODIGO                  INTEGER NOT NULL,
+  CONTRASENA              VARCHAR(20),
+  CP                      VARCHAR(5),
+  DIR                     VARCHAR(30),
+  DIRLETRA                VARCHAR(4),
+  DIRNUM                  VARCHAR(20),
+  DIRPISO                 VARCHAR(4),
+  DIRSIGLA                VARCHAR(2),
+  FAX                     VARCHAR(15),
+  FECHAALTA               TIMESTAMP,
+  NIF                     VARCHAR(15),
+  OBSERVACIONES           BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  OCULTARCLIENTES         VARCHAR(1),
+  OCULTARDATOSECONOMICOS  VARCHAR(1),
+  OCULTARDATOSINTERNOS    VARCHAR(1),
+  OCULTASPROPIETARIOS     VARCHAR(1),
+  PAIS                    VARCHAR(60),
+  POB                     VARCHAR(30),
+  PORCENTAJE_CAPTACION    DOUBLE PRECISION,
+  PORCENTAJE_OPERACIONES  DOUBLE PRECISION,
+  PROVINCIA               VARCHAR(35),
+  TEL                     VARCHAR(25),
+  TEL2                    VARCHAR(25),
+  TEL_MOVIL               VARCHAR(25),
+  TITULAR                 VARCHAR(50),
+  USUARIO                 VARCHAR(20),
+  VERSOLOSUAGENDA         VARCHAR(1),
+  VERSOLOSUSGESTIONES     VARCHAR(1),
+  CONSTRAINT PK_AGENTES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE DEPARTAMENTOS (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  VARCHAR(50),
+  CONSTRAINT PK_DEPARTAMENTOS PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE CUENTASMAIL (
+  AUTENTIFICACION  VARCHAR(1),
+  AUT_CONTRESENA   VARCHAR(50),
+  AUT_USUARIO      VARCHAR(50),
+  CODIGO           INTEGER NOT NULL,
+  CONTRASENA       VARCHAR(20),
+  MAIL             VARCHAR(80),
+  NOMBREUSUARIO    VARCHAR(50),
+  SERVIDOR_ENT     VARCHAR(50),
+  SERVIDOR_SAL     VARCHAR(50),
+  USUARIO          VARCHAR(50),
+  CONSTRAINT PK_CUENTASMAIL PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE PORTALES (
+  CODIGO          INTEGER NOT NULL,
+  IDENTIFICACION  VARCHAR(20),
+  IP              CHAR(15),
+  MAIL            CHAR(100),
+  PORTAL          CHAR(15)
+);
+
+-- The four columns form the key but may be NULL, so the key is a UNIQUE
+-- constraint (a primary key would force NOT NULL).
+CREATE TABLE BANCOS (
+  C   VARCHAR(10),
+  CA  VARCHAR(1),
+  F   TIMESTAMP,
+  L   INTEGER,
+  CONSTRAINT UQ_BANCOS UNIQUE (C, CA, F, L)
+);
+
+CREATE TABLE COMUN_BANCOS (
+  CODBANCO  VARCHAR(6) NOT NULL,
+  DESBANCO  VARCHAR(32) NOT NULL,
+  SUFIJO    VARCHAR(5),
+  SWIFT     VARCHAR(11),
+  CONSTRAINT PK_COMUN_BANCOS PRIMARY KEY (CODBANCO)
+);
+
+-- Keyed by bank and branch, UNIQUE because both columns may be NULL.
+CREATE TABLE COMUN_SUCURSALES (
+  CODBANCO   VARCHAR(4),
+  CODPOSTAL  VARCHAR(5),
+  CODSUCUR   VARCHAR(4),
+  DESSUCUR   VARCHAR(30),
+  CONSTRAINT UQ_COMUN_SUCURSALES UNIQUE (CODBANCO, CODSUCUR)
+);
+
+CREATE TABLE COMUN_IVA (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  VARCHAR(40),
+  PORCENTAJE   DOUBLE PRECISION,
+  CONSTRAINT PK_COMUN_IVA PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE ZONAS (
+  CODIGO         INTEGER NOT NULL,
+  CODMUNIINE     INTEGER,
+  DESCRIPCION    CHAR(20),
+  OBSERVACIONES  BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  CONSTRAINT PK_ZONAS PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE MUNICIPIOS (
+  CODIGOINE     INTEGER,
+  DESMUNIINE    CHAR(70) NOT NULL,
+  DESPAIS       CHAR(15),
+  DESPROVINCIA  CHAR(30) NOT NULL,
+  ID            INTEGER NOT NULL,
+  CONSTRAINT PK_MUNICIPIOS PRIMARY KEY (ID)
+);
+
+CREATE TABLE TIPOINMUEBLE (
+  CODFAMILIA              INTEGER,
+  CODIGO                  INTEGER NOT NULL,
+  DESCRIPCION             CHAR(20),
+  DESCRIPCION_ALEMAN      VARCHAR(40),
+  DESCRIPCION_CASTELLANO  VARCHAR(40),
+  DESCRIPCION_CATALAN     VARCHAR(40),
+  DESCRIPICON_INGLES      VARCHAR(40),
+  CONSTRAINT PK_TIPOINMUEBLE PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE FAMILIA (
+  CODIGO        INTEGER NOT NULL,
+  CODPLANTILLA  SMALLINT,
+  DESCRIPCION   CHAR(45),
+  CONSTRAINT PK_FAMILIA PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE ESTADO (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  CHAR(15),
+  CONSTRAINT PK_ESTADO PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE ORIGENES (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  CHAR(50),
+  CONSTRAINT PK_ORIGENES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE TIPOOPERACION (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  CHAR(20),
+  CONSTRAINT PK_TIPOOPERACION PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE TIPOGESTIONES (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  CHAR(60),
+  CONSTRAINT PK_TIPOGESTIONES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE TIPOGESTIONESANT (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  CHAR(60),
+  CONSTRAINT PK_TIPOGESTIONESANT PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE TIPOGASTOS (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  VARCHAR(40),
+  CONSTRAINT PK_TIPOGASTOS PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE PERFILES (
+  CODIGO       INTEGER NOT NULL,
+  DESCRIPCION  VARCHAR(25),
+  CONSTRAINT PK_PERFILES PRIMARY KEY (CODIGO)
+);
+
+CREATE TABLE TEMPORAL (
+  ID1   INTEGER,
+  ID10  INTEGER,
+  ID11  INTEGER,
+  ID12  INTEGER,
+  ID13  INTEGER,
+  ID14  INTEGER,
+  ID15  INTEGER,
+  ID16  INTEGER,
+  ID17  INTEGER,
+  ID18  INTEGER,
+  ID19  INTEGER,
+  ID2   INTEGER,
+  ID20  INTEGER,
+  ID21  INTEGER,
+  ID22  INTEGER,
+  ID23  INTEGER,
+  ID24  INTEGER,
+  ID25  INTEGER,
+  ID3   INTEGER,
+  ID4   INTEGER,
+  ID5   INTEGER,
+  ID6   INTEGER,
+  ID7   INTEGER,
+  ID8   INTEGER,
+  ID9   INTEGER,
+  S1    CHAR(5)
+);
+
+CREATE TABLE LIST_INFORME (
+  CODFUENTE    INTEGER,
+  CODLISTADO   INTEGER NOT NULL,
+  CODTEMA      INTEGER NOT NULL,
+  CODUSUARIO   INTEGER,
+  COMPARTIDO   CHAR(1),
+  DESCRIP      VARCHAR(100),
+  DOCUMENTO    BLOB SUB_TYPE 0 SEGMENT SIZE 80,
+  NOMBRECORTO  CHAR(10) NOT NULL,
+  PLANTILLA    CHAR(1),
+  CONSTRAINT PK_LIST_INFORME PRIMARY KEY (CODLISTADO)
+);
+
+CREATE TABLE LIST_CAMPOS (
+  DESCRIP  CHAR(50)
+);
+
+-- Mails sent to a client about a property. The interested-clients list shows
+-- whether one is on record.
+CREATE TABLE INMUEBLES_MAIL (
+  CODIGO       INTEGER NOT NULL,
+  CODINMUEBLE  CHAR(5) NOT NULL,
+  CODCLIENTE   INTEGER NOT NULL,
+  CODAGENTE    INTEGER,
+  FECHA        TIMESTAMP,
+  MAIL         VARCHAR(80),
+  ASUNTO       VARCHAR(100),
+  CONSTRAINT PK_INMUEBLES_MAIL PRIMARY KEY (CODIGO)
+);
+
+-- Data sources that a document or poster design merges (LIST_INFORME.CODFUENTE).
+CREATE TABLE LIST_FUENTES (
+  CODFUENTE    INTEGER NOT NULL,
+  DESCRIP      VARCHAR(100),
+  NOMBRECORTO  CHAR(10),
+  CONSULTA     BLOB SUB_TYPE 1 SEGMENT SIZE 80,
+  CONSTRAINT PK_LIST_FUENTES PRIMARY KEY (CODFUENTE)
+);
+
+-- Direct-debit remittances sent to the bank.
+CREATE TABLE REMESAS (
+  CODIGO       INTEGER NOT NULL,
+  FECHA        TIMESTAMP,
+  FECHACARGO   TIMESTAMP,
+  DESCRIPCION  VARCHAR(100),
+  NUMRECIBOS   INTEGER,
+  IMPORTE      DOUBLE PRECISION,
+  FICHERO      VARCHAR(255),
+  CONSTRAINT PK_REMESAS PRIMARY KEY (CODIGO)
+);
+
+
+-- Indexes on what the lists, the matching filters and the joins search by.
+CREATE INDEX IX_INMUEBLES_ACTIVADO ON INMUEBLES (ACTIVADO);
+CREATE INDEX IX_INMUEBLES_CODTIPOINMUEBLE ON INMUEBLES (CODTIPOINMUEBLE);
+CREATE INDEX IX_INMUEBLES_CODTIPOOPERACION ON INMUEBLES (CODTIPOOPERACION);
+CREATE INDEX IX_INMUEBLES_MUNICIPIO ON INMUEBLES (MUNICIPIO);
+CREATE INDEX IX_INMUEBLES_CODTIPOZONA ON INMUEBLES (CODTIPOZONA);
+CREATE INDEX IX_INMUEBLES_EUROIMPORTE ON INMUEBLES (EUROIMPORTE);
+CREATE INDEX IX_INMUEBLES_CODPROPIETARIO ON INMUEBLES (CODPROPIETARIO);
+CREATE INDEX IX_INMUEBLES_CODPROPIETARIO2 ON INMUEBLES (CODPROPIETARIO2);
+CREATE INDEX IX_INMUEBLES_CODAGENTE ON INMUEBLES (CODAGENTE);
+CREATE INDEX IX_INMUEBLES_CODESTADO ON INMUEBLES (CODESTADO);
+CREATE INDEX IX_INMUEBLES_CODPROMOCION ON INMUEBLES (CODPROMOCION);
+CREATE INDEX IX_INMUEBLES_REFDOMICI ON INMUEBLES (REFDOMICI);
+
+CREATE INDEX IX_PROPIETARIOS_APEYNOM ON PROPIETARIOS (APEYNOM);
+CREATE INDEX IX_PROPIETARIOS_CODAGENTE ON PROPIETARIOS (CODAGENTE);
+CREATE INDEX IX_CLIENTES_APEYNOM ON CLIENTES (APEYNOM);
+CREATE INDEX IX_CLIENTES_NIF ON CLIENTES (NIF);
+CREATE INDEX IX_CLIENTES_CODAGENTE ON CLIENTES (CODAGENTE);
+
+CREATE INDEX IX_DEMANDAS_CODCLIENTE ON DEMANDAS (CODCLIENTE);
+CREATE INDEX IX_DEMANDAS_CODOPERACION ON DEMANDAS (CODOPERACION);
+CREATE INDEX IX_DEMANDAS_CODPROMOCION ON DEMANDAS (CODPROMOCION);
+CREATE INDEX IX_DESCARTES_CLIENTE_INMUEBLE ON DESCARTES (CODCLIENTE, CODINMUEBLE);
+CREATE INDEX IX_DESCARTES_CODINMUEBLE ON DESCARTES (CODINMUEBLE);
+CREATE INDEX IX_RESULTADO_CRUZE_CODINMUEBLE ON RESULTADO_CRUZE (CODINMUEBLE);
+CREATE INDEX IX_RESULTADO_CRUZE_CODCLIENTE ON RESULTADO_CRUZE (CODCLIENTE);
+
+CREATE INDEX IX_GESTIONES_CODCLIENTE ON GESTIONES (CODCLIENTE);
+CREATE INDEX IX_GESTIONES_CODINMUEBLE ON GESTIONES (CODINMUEBLE);
+CREATE INDEX IX_GESTIONES_CODTIPOGESTION ON GESTIONES (CODTIPOGESTION);
+CREATE INDEX IX_GESTIONES_CODAGENTE ON GESTIONES (CODAGENTE);
+CREATE INDEX IX_GESTIONES_FECHA ON GESTIONES (FECHA);
+
+CREATE INDEX IX_OPERACIONES_CODCLIENTE ON OPERACIONES (CODCLIENTE);
+CREATE INDEX IX_OPERACIONES_CODINMUEBLE ON OPERACIONES (CODINMUEBLE);
+CREATE INDEX IX_OPERACIONES_CODAGENTE ON OPERACIONES (CODAGENTE);
+CREATE INDEX IX_OPERACIONES_FECHAALTA ON OPERACIONES (FECHAALTA);
+CREATE INDEX IX_OPERACIONES_FECHAACEPTA ON OPERACIONES (FECHAACEPTA);
+CREATE INDEX IX_OPERACIONES_ANOMES ON OPERACIONES (ANOMES);
+
+CREATE INDEX IX_PROMOCIONES_TIPO_CODPROMO ON PROMOCIONES_TIPO (CODPROMOCION);
+CREATE INDEX IX_INMUEBLES_GASTOS_CODINMUEBLE ON INMUEBLES_GASTOS (CODINMUEBLE);
+CREATE INDEX IX_INMUEBLES_MAIL_INM_CLI ON INMUEBLES_MAIL (CODINMUEBLE, CODCLIENTE);
+
+CREATE INDEX IX_AGENDA_USUARIO_FECHAYHORA ON AGENDA (USUARIO, FECHAYHORA);
+CREATE INDEX IX_AGENDA_CODGESTION ON AGENDA (CODGESTION);
+CREATE INDEX IX_AGENDAX_CODUSUARIO ON AGENDAX (CODUSUARIO);
+CREATE INDEX IX_AGENDAX_INICIO ON AGENDAX (INICIO);
+CREATE INDEX IX_AGENDAHX_CODUSUARIO ON AGENDAHX (CODUSUARIO);
+CREATE INDEX IX_AGENGAX_HIST_CODUSUARIO ON AGENGAX_HISTORICO (CODUSUARIO);
+CREATE INDEX IX_AGENGAX_HIST_INICIO ON AGENGAX_HISTORICO (INICIO);
+
+CREATE INDEX IX_AGENTES_USUARIO ON AGENTES (USUARIO);
+CREATE INDEX IX_ZONAS_CODMUNIINE ON ZONAS (CODMUNIINE);
+CREATE INDEX IX_TIPOINMUEBLE_CODFAMILIA ON TIPOINMUEBLE (CODFAMILIA);
+CREATE INDEX IX_TELEFONOS_TELEFONO1 ON TELEFONOS (TELEFONO1);
+CREATE INDEX IX_LIST_INFORME_CODTEMA ON LIST_INFORME (CODTEMA);
+
+-- The town picker searches with STARTING WITH, the duplicate check ignores case.
+CREATE INDEX IX_MUNICIPIOS_DESMUNIINE ON MUNICIPIOS (DESMUNIINE);
+CREATE INDEX IX_MUNICIPIOS_DESMUNIINE_UP ON MUNICIPIOS COMPUTED BY (UPPER(DESMUNIINE));
+CREATE INDEX IX_MUNICIPIOS_CODIGOINE ON MUNICIPIOS (CODIGOINE);
+
+
+-- Key procedures. Each draws from its own generator and skips values already
+-- present, so rows imported with explicit keys never collide with new ones.
+-- The closing SUSPEND lets them be called both as EXECUTE PROCEDURE (output
+-- parameters) and as SELECT ... FROM (one row). The value is drawn once either way.
+SET TERM ^ ;
+
+-- Five-character property and expense codes, left-padded with zeros. Codes are
+-- compared as text: in dialect 1 a CHAR = number comparison fails on any
+-- non-numeric code.
+
+CREATE PROCEDURE CODINMUEBLE
+RETURNS (CODIGO CHAR(5))
+AS
+DECLARE VARIABLE N INTEGER;
+BEGIN
+  N = GEN_ID(GEN_INMUEBLES, 1);
+  WHILE (N <= 99999 AND EXISTS (SELECT 1 FROM INMUEBLES WHERE CODIGO = LPAD(:N, 5, '0'))) DO
+    N = GEN_ID(GEN_INMUEBLES, 1);
+  IF (N > 99999) THEN
+    EXCEPTION EX_CODIGOS_AGOTADOS;
+  CODIGO = LPAD(N, 5, '0');
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODIGOGASTOS
+RETURNS (CODIGO CHAR(5))
+AS
+DECLARE VARIABLE N INTEGER;
+BEGIN
+  N = GEN_ID(GEN_INMUEBLES_GASTOS, 1);
+  WHILE (N <= 99999 AND EXISTS (SELECT 1 FROM INMUEBLES_GASTOS WHERE CODIGO = LPAD(:N, 5, '0'))) DO
+    N = GEN_ID(GEN_INMUEBLES_GASTOS, 1);
+  IF (N > 99999) THEN
+    EXCEPTION EX_CODIGOS_AGOTADOS;
+  CODIGO = LPAD(N, 5, '0');
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODPROPIETARIO
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_PROPIETARIOS, 1);
+  WHILE (EXISTS (SELECT 1 FROM PROPIETARIOS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_PROPIETARIOS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODCLIENTE
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_CLIENTES, 1);
+  WHILE (EXISTS (SELECT 1 FROM CLIENTES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_CLIENTES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODDEMANDAS
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_DEMANDAS, 1);
+  WHILE (EXISTS (SELECT 1 FROM DEMANDAS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_DEMANDAS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODDESCARTES
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_DESCARTES, 1);
+  WHILE (EXISTS (SELECT 1 FROM DESCARTES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_DESCARTES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE SP_GEN_GESTIONES_ID
+RETURNS (ID INTEGER)
+AS
+BEGIN
+  ID = GEN_ID(GEN_GESTIONES, 1);
+  WHILE (EXISTS (SELECT 1 FROM GESTIONES WHERE CODIGO = :ID)) DO
+    ID = GEN_ID(GEN_GESTIONES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE SPCODAGENDA
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_AGENDA, 1);
+  WHILE (EXISTS (SELECT 1 FROM AGENDA WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_AGENDA, 1);
+  SUSPEND;
+END^
+
+-- Calendar events keep their ID when archived, and the same procedure may
+-- also number reminders: avoid every table its values end up in.
+
+CREATE PROCEDURE CODAGENDA
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_AGENDAX, 1);
+  WHILE (EXISTS (SELECT 1 FROM AGENDAX WHERE ID = :CODIGO)
+         OR EXISTS (SELECT 1 FROM AGENGAX_HISTORICO WHERE ID = :CODIGO)
+         OR EXISTS (SELECT 1 FROM AGENDA WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_AGENDAX, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE SP_GEN_OPERACIONES_ID
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_OPERACIONES, 1);
+  WHILE (EXISTS (SELECT 1 FROM OPERACIONES WHERE CODOPERACION = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_OPERACIONES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE SP_GEN_CONTACTOS_ID
+RETURNS (ID INTEGER)
+AS
+BEGIN
+  ID = GEN_ID(GEN_CONTACTOS, 1);
+  WHILE (EXISTS (SELECT 1 FROM CONTACTOS WHERE CODIGO = :ID)) DO
+    ID = GEN_ID(GEN_CONTACTOS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODPROMOCION
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_PROMOCIONES, 1);
+  WHILE (EXISTS (SELECT 1 FROM PROMOCIONES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_PROMOCIONES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODAGENTE
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_AGENTES, 1);
+  WHILE (EXISTS (SELECT 1 FROM AGENTES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_AGENTES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODDEPARTAMENTO
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_DEPARTAMENTOS, 1);
+  WHILE (EXISTS (SELECT 1 FROM DEPARTAMENTOS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_DEPARTAMENTOS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTIPOPERFIL
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_PERFILES, 1);
+  WHILE (EXISTS (SELECT 1 FROM PERFILES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_PERFILES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODCUENTAMAIL
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_CUENTASMAIL, 1);
+  WHILE (EXISTS (SELECT 1 FROM CUENTASMAIL WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_CUENTASMAIL, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTELEFONO
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_TELEFONOS, 1);
+  WHILE (EXISTS (SELECT 1 FROM TELEFONOS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_TELEFONOS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODZONA
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_ZONAS, 1);
+  WHILE (EXISTS (SELECT 1 FROM ZONAS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_ZONAS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODESTADO
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_ESTADO, 1);
+  WHILE (EXISTS (SELECT 1 FROM ESTADO WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_ESTADO, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTIPOINMUEBLE
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_TIPOINMUEBLE, 1);
+  WHILE (EXISTS (SELECT 1 FROM TIPOINMUEBLE WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_TIPOINMUEBLE, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTIPOFAMILIA
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_FAMILIA, 1);
+  WHILE (EXISTS (SELECT 1 FROM FAMILIA WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_FAMILIA, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODGASTOS
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_TIPOGASTOS, 1);
+  WHILE (EXISTS (SELECT 1 FROM TIPOGASTOS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_TIPOGASTOS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODORIGEN
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_ORIGENES, 1);
+  WHILE (EXISTS (SELECT 1 FROM ORIGENES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_ORIGENES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTIPOGESTION
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_TIPOGESTIONES, 1);
+  WHILE (EXISTS (SELECT 1 FROM TIPOGESTIONES WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_TIPOGESTIONES, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTIPOOPERACION
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_TIPOOPERACION, 1);
+  WHILE (EXISTS (SELECT 1 FROM TIPOOPERACION WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_TIPOOPERACION, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE CODTIPOVISITA
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_TIPOS_VISITAS, 1);
+  WHILE (EXISTS (SELECT 1 FROM TIPOS_VISITAS WHERE CODIGO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_TIPOS_VISITAS, 1);
+  SUSPEND;
+END^
+
+CREATE PROCEDURE LIST_NUEVOINFORME
+RETURNS (CODIGO INTEGER)
+AS
+BEGIN
+  CODIGO = GEN_ID(GEN_LIST_INFORME, 1);
+  WHILE (EXISTS (SELECT 1 FROM LIST_INFORME WHERE CODLISTADO = :CODIGO)) DO
+    CODIGO = GEN_ID(GEN_LIST_INFORME, 1);
+  SUSPEND;
+END^
+
+-- Tell whether a municipality is already on file (S/N). Case is ignored and an
+-- empty country matches any country.
+CREATE PROCEDURE SPEXISTE_MUNICIPIO (
+  PAIS       VARCHAR(60),
+  PROVINCIA  VARCHAR(70),
+  MUNICIPIO  VARCHAR(70))
+RETURNS (EXISTE CHAR(1))
+AS
+BEGIN
+  EXISTE = 'N';
+  IF (EXISTS (SELECT 1 FROM MUNICIPIOS M
+              WHERE UPPER(M.DESMUNIINE) = UPPER(TRIM(:MUNICIPIO))
+                AND UPPER(M.DESPROVINCIA) = UPPER(TRIM(:PROVINCIA))
+                AND (COALESCE(TRIM(:PAIS), '') = ''
+                     OR UPPER(COALESCE(M.DESPAIS, '')) = UPPER(TRIM(:PAIS))))) THEN
+    EXISTE = 'S';
+  SUSPEND;
+END^
+
+-- Rebuild COMISIONES for the operations closed (sold or rented) between the two
+-- dates, both days included. Cancelled operations earn nothing. The base is the
+-- fee of the agency on the property (fixed fee plus percentage, or the stored total),
+-- the agent of the operation earns PORCENTAJE_OPERACIONES of it and the agent who took
+-- the listing PORCENTAJE_CAPTACION.
+CREATE PROCEDURE CALCULA_COMISION (
+  FECHAINICIO  TIMESTAMP,
+  FECHAFIN     TIMESTAMP)
+AS
+DECLARE VARIABLE REFERENCIA CHAR(5);
+DECLARE VARIABLE FECHA TIMESTAMP;
+DECLARE VARIABLE IMPORTEINMUEBLE DOUBLE PRECISION;
+DECLARE VARIABLE HONORARIOS DOUBLE PRECISION;
+DECLARE VARIABLE HONORARIO_TOTAL DOUBLE PRECISION;
+DECLARE VARIABLE NOMBREAGENTE VARCHAR(50);
+DECLARE VARIABLE PORC_OPERACION DOUBLE PRECISION;
+DECLARE VARIABLE CAPTACION VARCHAR(50);
+DECLARE VARIABLE PORC_CAPTACION DOUBLE PRECISION;
+DECLARE VARIABLE OPERACION VARCHAR(20);
+DECLARE VARIABLE TIPOINMUEBLE VARCHAR(20);
+DECLARE VARIABLE DIRECCION VARCHAR(400);
+DECLARE VARIABLE COM_OPERACION DOUBLE PRECISION;
+DECLARE VARIABLE COM_CAPTACION DOUBLE PRECISION;
+BEGIN
+  DELETE FROM COMISIONES;
+  FOR SELECT O.CODINMUEBLE, O.FECHAACEPTA,
+             COALESCE(O.IMPORTEINMUEBLE, I.EUROIMPORTE, 0),
+             COALESCE(I.HONORARIO_VENTA, 0)
+               + COALESCE(I.HONORARIO_SOBRE, 0) * COALESCE(I.HONORARIO_PORCENTAJE, 0) / 100,
+             COALESCE(I.HONORARIO_TOTAL, 0),
+             A.APEYNOM, COALESCE(A.PORCENTAJE_OPERACIONES, 0),
+             C.APEYNOM, COALESCE(C.PORCENTAJE_CAPTACION, 0),
+             COALESCE(NULLIF(TRIM(O.TIPOOPERACION), ''), T.DESCRIPCION),
+             TI.DESCRIPCION,
+             TRIM(COALESCE(TRIM(I.TIPOVIA) || ' ', '') || COALESCE(TRIM(I.NOMBREVIA) || ' ', '')
+               || COALESCE(TRIM(I.NUMERO) || ' ', '') || COALESCE(TRIM(I.BLOQUE) || ' ', '')
+               || COALESCE(TRIM(I.ESCALERA) || ' ', '') || COALESCE(TRIM(I.PLANTA) || ' ', '')
+               || COALESCE(TRIM(I.PUERTA) || ' ', '') || COALESCE(TRIM(I.MUNICIPIO), ''))
+        FROM OPERACIONES O
+        LEFT JOIN INMUEBLES I ON I.CODIGO = O.CODINMUEBLE
+        LEFT JOIN AGENTES A ON A.CODIGO = COALESCE(O.CODAGENTE, I.CODAGENTE)
+        LEFT JOIN AGENTES C ON C.CODIGO = I.CODCAPTADOR
+        LEFT JOIN TIPOOPERACION T ON T.CODIGO = I.CODTIPOOPERACION
+        LEFT JOIN TIPOINMUEBLE TI ON TI.CODIGO = I.CODTIPOINMUEBLE
+       WHERE O.FECHAACEPTA >= :FECHAINICIO
+         AND O.FECHAACEPTA < :FECHAFIN + 1
+         AND O.FECHACANCELACION IS NULL
+         AND O.CODINMUEBLE IS NOT NULL
+       ORDER BY O.FECHAACEPTA, O.CODOPERACION
+        INTO :REFERENCIA, :FECHA, :IMPORTEINMUEBLE, :HONORARIOS, :HONORARIO_TOTAL,
+             :NOMBREAGENTE, :PORC_OPERACION, :CAPTACION, :PORC_CAPTACION,
+             :OPERACION, :TIPOINMUEBLE, :DIRECCION
+  DO
+  BEGIN
+    IF (HONORARIOS = 0) THEN
+      HONORARIOS = HONORARIO_TOTAL;
+    COM_OPERACION = ROUND(HONORARIOS * PORC_OPERACION / 100, 2);
+    COM_CAPTACION = ROUND(HONORARIOS * PORC_CAPTACION / 100, 2);
+    INSERT INTO COMISIONES (REFERENCIA, FECHA, IMPORTEINMUEBLE, NOMBREAGENTE, PORCENTAJEOPERACION,
+                            COMISIONOPERACION, CAPTACION, PORCENTAJECAPTACION, COMISIONCAPTACION,
+                            TOTALCOMISION, OPERACION, TIPOINMUEBLE, DIRECCION)
+    VALUES (:REFERENCIA, :FECHA, :IMPORTEINMUEBLE, :NOMBREAGENTE, :PORC_OPERACION,
+            :COM_OPERACION, :CAPTACION, :PORC_CAPTACION, :COM_CAPTACION,
+            :COM_OPERACION + :COM_CAPTACION, :OPERACION, :TIPOINMUEBLE,
+            SUBSTRING(:DIRECCION FROM 1 FOR 100));
+  END
+END^
+
+-- Compact the agenda up to (not including) FECHA: single calendar events that
+-- ended before it move from AGENDAX to AGENGAX_HISTORICO with their ID, and
+-- reminders already done are deleted. Recurring series and their exceptions
+-- stay, because their last occurrence is only known to the calendar.
+CREATE PROCEDURE COMPACTAR_AGENDA (FECHA TIMESTAMP)
+AS
+BEGIN
+  INSERT INTO AGENGAX_HISTORICO (ID, PARENTID, TIPE, INICIO, FINISH, OPTIONS, CAPTION,
+         RECURRENCEINDEX, RECURRENCEINFO, RESOURCEID, LOCATION, MENSAGE, REMINDERDATE,
+         REMINDERMINUTES, STATE, LABELCOLOR, ACTUALSTART, ACTUALFINISH, SYNCIDFIELD,
+         CODCLIENTE, ACTDEMO, CODACTUACION, CODUSUARIO, CODGESTION)
+  SELECT X.ID, X.PARENTID, X.TIPE, X.INICIO, X.FINISH, X.OPTIONS, X.CAPTION,
+         X.RECURRENCEINDEX, X.RECURRENCEINFO, X.RESOURCEID, X.LOCATION, X.MENSAGE, X.REMINDERDATE,
+         X.REMINDERMINUTES, X.STATE, X.LABELCOLOR, X.ACTUALSTART, X.ACTUALFINISH, X.SYNCIDFIELD,
+         X.CODCLIENTE, X.ACTDEMO, X.CODACTUACION, X.CODUSUARIO, X.CODGESTION
+    FROM AGENDAX X
+   WHERE COALESCE(X.FINISH, X.INICIO) < :FECHA
+     AND X.RECURRENCEINFO IS NULL
+     AND COALESCE(X.PARENTID, 0) <= 0
+     AND NOT EXISTS (SELECT 1 FROM AGENGAX_HISTORICO H WHERE H.ID = X.ID);
+
+  -- Only rows now safely in the archive are removed.
+  DELETE FROM AGENDAX X
+   WHERE COALESCE(X.FINISH, X.INICIO) < :FECHA
+     AND X.RECURRENCEINFO IS NULL
+     AND COALESCE(X.PARENTID, 0) <= 0
+     AND EXISTS (SELECT 1 FROM AGENGAX_HISTORICO H WHERE H.ID = X.ID);
+
+  DELETE FROM AGENDA A
+   WHERE A.REALIZADO = 'S'
+     AND COALESCE(A.FECHAYHORA, A.FECHA) < :FECHA;
+END^
+
+-- Number the rows of the tables that no screen numbers itself.
+CREATE TRIGGER INMUEBLES_MAIL_BI FOR INMUEBLES_MAIL
+ACTIVE BEFORE INSERT POSITION 0
+AS
+BEGIN
+  IF (NEW.CODIGO IS NULL) THEN
+    NEW.CODIGO = GEN_ID(GEN_INMUEBLES_MAIL, 1);
+END^
+
+CREATE TRIGGER LIST_FUENTES_BI FOR LIST_FUENTES
+ACTIVE BEFORE INSERT POSITION 0
+AS
+BEGIN
+  IF (NEW.CODFUENTE IS NULL) THEN
+    NEW.CODFUENTE = GEN_ID(GEN_LIST_FUENTES, 1);
+END^
+
+CREATE TRIGGER REMESAS_BI FOR REMESAS
+ACTIVE BEFORE INSERT POSITION 0
+AS
+BEGIN
+  IF (NEW.CODIGO IS NULL) THEN
+    NEW.CODIGO = GEN_ID(GEN_REMESAS, 1);
+END^
+
+SET TERM ; ^
