@@ -45,9 +45,10 @@ bool DatabaseError::isUniqueViolation() const
 
 bool DatabaseError::isAlreadyExists() const
 {
-    // Firebird reports a duplicate column as a DDL failure whose text names
-    // the object as already existing; the gds codes vary by object kind.
-    return mMessage.contains(QLatin1String("already exists"), Qt::CaseInsensitive);
+    // Firebird words this differently per object kind: a duplicate column is
+    // a unique-key violation on the system table of columns.
+    return mMessage.contains(QLatin1String("already exists"), Qt::CaseInsensitive) ||
+           (isUniqueViolation() && mMessage.contains(QLatin1String("RDB$RELATION_FIELDS")));
 }
 
 } // namespace tv

@@ -41,7 +41,7 @@ TestData::TestData(bool openConnections)
     if (marker.open(QIODevice::WriteOnly))
         marker.close();
     mDm = std::make_unique<Tdm>(mDir.path());
-    dm = mDm.get();
+    tv::dm = mDm.get();
     if (openConnections)
         mDm->abrirConexiones();
 }
