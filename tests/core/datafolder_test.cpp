@@ -215,3 +215,20 @@ TEST(Transactions, SecondWriterGetsTheLockConflictAtOnceAndNothingCommittedIsLos
 }
 
 } // namespace
+
+namespace {
+
+TEST(DataFolder, TheToolWorksOnAFolderTheProgramHasOpen)
+{
+    test::TestData data; // attached here, as the program would be
+    Query::execute(data.dm().datos, data.dm().Transacion, QStringLiteral("UPDATE EMPRESA SET NOMBRE = 'ABIERTA'"));
+    data.dm().Transacion.commitRetaining();
+    QProcess p;
+    p.start(QStringLiteral(TEJAVISTA_CLI_PATH),
+            {QStringLiteral("sql"), QStringLiteral("--datos"), data.folder(), QStringLiteral("SELECT NOMBRE FROM EMPRESA")});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    EXPECT_EQ(QString::fromUtf8(p.readAllStandardOutput()).trimmed(), QStringLiteral("ABIERTA"));
+}
+
+} // namespace
