@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace tv::ui {
 
@@ -46,8 +47,8 @@ void MessageBoxDialogs::information(const QString& text, QWidget* parent)
 bool MessageBoxDialogs::confirmation(const QString& text, QWidget* parent)
 {
     QMessageBox box(QMessageBox::Question, title(), text, QMessageBox::Yes | QMessageBox::No, parent);
-    box.setButtonText(QMessageBox::Yes, QStringLiteral("Sí"));
-    box.setButtonText(QMessageBox::No, QStringLiteral("No"));
+    box.button(QMessageBox::Yes)->setText(QStringLiteral("Sí"));
+    box.button(QMessageBox::No)->setText(QStringLiteral("No"));
     box.setDefaultButton(QMessageBox::No);
     return box.exec() == QMessageBox::Yes;
 }
