@@ -39,12 +39,8 @@ int main(int argc, char** argv)
     cli.require_subcommand(1);
     int exitCode = 0;
     tv::cli::addDatosCommands(cli, exitCode);
-#ifdef TEJAVISTA_WITH_REPORTS
     tv::cli::addInformeCommand(cli, exitCode);
-#endif
-#ifdef TEJAVISTA_WITH_FINANCE
     tv::cli::addCuotaCommand(cli, exitCode);
-#endif
     try {
         cli.parse(argc, argv);
     } catch (const CLI::ParseError& e) {

@@ -5,6 +5,7 @@
 #include "datapath.h"
 #include "dataset.h"
 #include "desktop.h"
+#include "finance.h"
 #include "dialogs.h"
 #include "dm.h"
 #include "fondomdiarea.h"
@@ -62,6 +63,8 @@ TfrmMain::TfrmMain(Tdm& dataModule, QWidget* parent)
 
     registrarComando(QStringLiteral("salir"), [this] { salirDelPrograma(); });
     registrarComando(QStringLiteral("calculadora"), [this] { abrirCalculadora(this); });
+    registrarComando(QStringLiteral("calculadora-hipotecaria"), [this] { finance::abrirCalculadoraHipotecaria(this); });
+    registrarComando(QStringLiteral("cuadro-financiacion"), [this] { finance::abrirCuadroFinanciacion(this); });
     registrarComando(QStringLiteral("manual"), [this] { abrirManual(this); });
     registrarComando(QStringLiteral("fondo"), [this] { elegirFondo(); });
     registrarComando(QStringLiteral("nombre-ordenador"), [this] { nombreDelOrdenador(); });

@@ -46,6 +46,8 @@ const QList<RibbonItem>& ribbonItems()
         {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Diseñar circular clientes interesados"), QStringLiteral("mail-message-new"), QStringLiteral("circular-interesados"), K::Small},
         {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Imprimir documento recogida de información"), QStringLiteral("document-print"), QStringLiteral("recogida-informacion"), K::Small},
         {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Calculadora"), QStringLiteral("accessories-calculator"), QStringLiteral("calculadora"), K::Small},
+        {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Calculadora hipotecaria"), QStringLiteral("tv-euro"), QStringLiteral("calculadora-hipotecaria"), K::Small},
+        {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Cuadro de financiación"), QStringLiteral("x-office-spreadsheet"), QStringLiteral("cuadro-financiacion"), K::Small},
         {kUtilidades, QStringLiteral("Carrusel de imágenes"), QStringLiteral("Carrusel"), QStringLiteral("media-playlist-repeat"), QStringLiteral("carrusel")},
         {kUtilidades, QString(), QStringLiteral("Estadísticas"), QStringLiteral("tv-estadisticas"), QStringLiteral("estadisticas")},
         {kUtilidades, QStringLiteral("Histórico telefónico"), QStringLiteral("Telefonos"), QStringLiteral("call-start"), QStringLiteral("telefonos")},

@@ -38,7 +38,8 @@ const QStringList kCaptions = {
     QStringLiteral("Diseñar Escaparate"), QStringLiteral("Generar Escaparate"), QStringLiteral("Diseñar Contrato"),
     QStringLiteral("Plantilla Operaciones"), QStringLiteral("Nota de Venta"), QStringLiteral("Nota de Compra"),
     QStringLiteral("Diseñar circular clientes interesados"), QStringLiteral("Imprimir documento recogida de información"),
-    QStringLiteral("Calculadora"), QStringLiteral("Carrusel"), QStringLiteral("Estadísticas"), QStringLiteral("Telefonos"),
+    QStringLiteral("Calculadora"), QStringLiteral("Calculadora hipotecaria"), QStringLiteral("Cuadro de financiación"),
+    QStringLiteral("Carrusel"), QStringLiteral("Estadísticas"), QStringLiteral("Telefonos"),
     // CAMPAÑAS DE MARKETING
     QStringLiteral("Generar Campaña"), QStringLiteral("Enviar Mail"), QStringLiteral("Enviar SMS"),
     // TABLAS AUXILIARES
@@ -135,7 +136,9 @@ TEST(Ribbon, EveryButtonHasAnIconAndACommandThatIsHandledOrPending)
     Ribbon ribbon;
     const QStringList handledByTheShell = {QStringLiteral("calculadora"), QStringLiteral("manual"),
                                            QStringLiteral("fondo"), QStringLiteral("nombre-ordenador"),
-                                           QStringLiteral("salir"), QStringLiteral("idioma")};
+                                           QStringLiteral("salir"), QStringLiteral("idioma"),
+                                           QStringLiteral("calculadora-hipotecaria"),
+                                           QStringLiteral("cuadro-financiacion")};
     for (const RibbonItem& item : ribbonItems()) {
         if (item.kind == RibbonKind::Menu || item.kind == RibbonKind::LanguageBox)
             continue;
