@@ -54,6 +54,8 @@ TestData::~TestData()
         mDm->datosrusos.close();
     } catch (...) {
     }
+    if (tv::dm == mDm.get())
+        tv::dm = nullptr;
     mDm.reset();
 }
 

@@ -1,0 +1,146 @@
+#include "datoshelpers.h"
+
+#include "query.h"
+#include "reportformat.h"
+
+#include <QDate>
+#include <QRegularExpression>
+#include <QTextDocumentFragment>
+
+namespace tv::reports {
+
+QVariantMap camposFila(const Query& q)
+{
+    QVariantMap m;
+    for (int i = 0; i < q.fieldCount(); ++i) {
+        const Field f = q.field(i);
+        const QVariant v = f.value();
+        QString s;
+        if (f.isNull())
+            s = QString();
+        else if (v.typeId() == QMetaType::QDateTime)
+            s = fechaHora(v);
+        else if (v.typeId() == QMetaType::Double)
+            s = numero(v.toDouble(), 2);
+        else if (v.typeId() == QMetaType::QByteArray)
+            s = QString();
+        else
+            s = f.asString().trimmed();
+        m.insert(f.name(), s);
+    }
+    return m;
+}
+
+QString unir(const QStringList& parts, const QString& separator)
+{
+    QStringList kept;
+    for (const QString& p : parts) {
+        const QString t = p.trimmed();
+        if (!t.isEmpty())
+            kept.append(t);
+    }
+    return kept.join(separator);
+}
+
+namespace {
+
+QString col(const Query& q, const char* name)
+{
+    const int i = q.fieldIndex(QLatin1String(name));
+    return i < 0 ? QString() : q.field(i).asString().trimmed();
+}
+
+} // namespace
+
+QString direccionInmueble(const Query& q)
+{
+    return unir({col(q, "TIPOVIA"), col(q, "NOMBREVIA"), col(q, "NUMERO"), col(q, "BLOQUE"), col(q, "ESCALERA"),
+                 col(q, "PLANTA"), col(q, "PUERTA")});
+}
+
+QString direccionPersona(const Query& q)
+{
+    return unir({col(q, "DIRSIGLA"), col(q, "DIR"), col(q, "DIRNUM"), col(q, "DIRPISO"), col(q, "DIRLETRA")});
+}
+
+QString textoPlano(const QString& text)
+{
+    const QString t = text.trimmed();
+    if (t.isEmpty())
+        return {};
+    if (t.startsWith(QLatin1String("{\\rtf"))) {
+        // Enough of RTF for remarks: drop groups of control data and control words.
+        QString s = t;
+        s.replace(QRegularExpression(QStringLiteral(R"(\{\\\*[^{}]*\})")), QString());
+        s.replace(QRegularExpression(QStringLiteral(R"(\{\\(fonttbl|colortbl|stylesheet)[^}]*(\}[^}]*)*\})")), QString());
+        s.replace(QRegularExpression(QStringLiteral(R"(\\par[d]?\b ?)")), QStringLiteral("\n"));
+        s.replace(QRegularExpression(QStringLiteral(R"(\\'([0-9a-fA-F]{2}))")), QStringLiteral("\x01\\1"));
+        s.replace(QRegularExpression(QStringLiteral(R"(\\[a-zA-Z]+-?\d* ?)")), QString());
+        s.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
+        // Hex escapes are WIN1252 characters.
+        QString out;
+        for (int i = 0; i < s.size(); ++i) {
+            if (s[i] == QChar(1) && i + 2 < s.size()) {
+                const char byte = char(s.mid(i + 1, 2).toInt(nullptr, 16));
+                out += QString::fromLatin1(&byte, 1);
+                i += 2;
+            } else {
+                out += s[i];
+            }
+        }
+        return out.trimmed();
+    }
+    if (t.startsWith(QLatin1Char('<')) && t.contains(QLatin1Char('>')))
+        return QTextDocumentFragment::fromHtml(t).toPlainText().trimmed();
+    return t;
+}
+
+void marcarFilas(QVariantList& rows)
+{
+    for (int i = 0; i < rows.size(); ++i) {
+        QVariantMap m = rows.at(i).toMap();
+        m.insert(QStringLiteral("par"), i % 2 == 1);
+        m.insert(QStringLiteral("numero_fila"), i + 1);
+        rows[i] = m;
+    }
+}
+
+QDate leerFecha(const QString& text)
+{
+    const QString t = text.trimmed();
+    for (const char* f : {"dd/MM/yyyy", "dd.MM.yyyy", "yyyy-MM-dd", "d/M/yyyy", "d.M.yyyy"}) {
+        const QDate d = QDate::fromString(t, QLatin1String(f));
+        if (d.isValid())
+            return d;
+    }
+    return {};
+}
+
+QString siNo(const QVariant& flag)
+{
+    return flag.toString().trimmed() == QLatin1String("S") ? QStringLiteral("Sí") : QStringLiteral("No");
+}
+
+} // namespace tv::reports
+
+namespace tv::reports {
+
+QString normalizarCodigo(const QString& codigo)
+{
+    const QString t = codigo.trimmed();
+    return t.size() >= 5 ? t.left(5) : t.rightJustified(5, QLatin1Char('0'));
+}
+
+QVariantList enFilas(const QVariantList& items, int columnas)
+{
+    QVariantList filas;
+    for (int i = 0; i < items.size(); i += columnas) {
+        QVariantList celdas = items.mid(i, columnas);
+        while (celdas.size() < columnas)
+            celdas.append(QVariantMap{{QStringLiteral("vacia"), true}});
+        filas.append(QVariantMap{{QStringLiteral("celdas"), celdas}});
+    }
+    return filas;
+}
+
+} // namespace tv::reports
