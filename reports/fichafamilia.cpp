@@ -304,9 +304,22 @@ QMap<int, FichaFamilia> build()
     QMap<int, FichaFamilia> m;
     auto add = [&m](int n, const char* name, QVector<D> datos, QVector<C> car, QString tituloFamilia = {},
                     QVector<D> datosFamilia = {}) {
+        // Section headings of the shared sheet body (informes/_ficha.html).
+        static const QMap<QString, QPair<QString, QString>> headings = {
+            {QStringLiteral("in_ficha_piso"), {QStringLiteral("Características de la vivienda"), QStringLiteral("Equipamiento y calidades")}},
+            {QStringLiteral("in_ficha_casa"), {QStringLiteral("Características de la vivienda"), QStringLiteral("Equipamiento y calidades")}},
+            {QStringLiteral("in_ficha_nave"), {QStringLiteral("Características de la nave"), QStringLiteral("Instalaciones")}},
+            {QStringLiteral("in_ficha_local"), {QStringLiteral("Características del local"), QStringLiteral("Instalaciones")}},
+            {QStringLiteral("in_ficha_parking"), {QStringLiteral("Características de la plaza"), QStringLiteral("Equipamiento")}},
+            {QStringLiteral("in_ficha_solar"), {QStringLiteral("Superficies"), QStringLiteral("Servicios")}},
+            {QStringLiteral("in_ficha_edificio"), {QStringLiteral("Superficies"), QStringLiteral("Instalaciones")}},
+            {QStringLiteral("in_ficha_rustica"), {QStringLiteral("Superficies"), QStringLiteral("Servicios e instalaciones")}},
+        };
         FichaFamilia f;
         f.plantilla = n;
         f.nombrePlantilla = QLatin1String(name);
+        f.tituloDatos = headings.value(f.nombrePlantilla).first;
+        f.tituloCaracteristicas = headings.value(f.nombrePlantilla).second;
         f.datos = std::move(datos);
         f.caracteristicas = std::move(car);
         f.tituloDatosFamilia = std::move(tituloFamilia);

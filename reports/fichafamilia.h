@@ -22,6 +22,8 @@ struct FichaFamilia {
 
     int plantilla = 1;             // FAMILIA.CODPLANTILLA
     QString nombrePlantilla;       // in_ficha_piso ...
+    QString tituloDatos;           // heading of the surfaces and counts
+    QString tituloCaracteristicas; // heading of the feature flags
     QString tituloDatosFamilia;    // heading of the family page's own data
     QVector<Dato> datos;           // surfaces and counts
     QVector<Dato> datosFamilia;    // SOLAR_, EDIFICIO_ and RUSTICA_ columns

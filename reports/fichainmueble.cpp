@@ -327,6 +327,8 @@ QVariantMap datosFichaInmueble(Tdm& data, const QString& codigoInmueble)
     i.insert(QStringLiteral("datos_pares"), enParejas(datos));
     const QVariantList datosFamilia = datosDe(q, familia.datosFamilia);
     i.insert(QStringLiteral("titulo_datos_familia"), familia.tituloDatosFamilia);
+    i.insert(QStringLiteral("titulo_datos"), familia.tituloDatos);
+    i.insert(QStringLiteral("titulo_caracteristicas"), familia.tituloCaracteristicas);
     i.insert(QStringLiteral("datos_familia"), datosFamilia);
     i.insert(QStringLiteral("datos_familia_pares"), enParejas(datosFamilia));
     const QVariantList caracteristicas = caracteristicasDe(q, familia.caracteristicas);

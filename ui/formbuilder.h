@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fieldspec.h"
+#include "formfield.h"
 
 #include <QList>
 

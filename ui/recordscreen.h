@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dataset.h"
-#include "fieldspec.h"
+#include "formfield.h"
 
 #include <QDialog>
 #include <QFlags>

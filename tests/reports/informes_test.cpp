@@ -89,7 +89,7 @@ TEST_F(Informes, FlatSheetShowsDataFeaturesAndPhotos)
     EXPECT_EQ(pages, 1);
     expectAll(text, kAgencia);
     expectAll(text, {"Ref. 00001", "EN EXCLUSIVA", "Piso en venta en Valencia", "Ruzafa · 46006 Valencia",
-                     "185.000,00 €", "95 m²", "Superficie útil", "82,5 m²", "Dormitorios", "Baños",
+                     "185.000,00 €", "Características de la vivienda", "Equipamiento y calidades", "95 m²", "Superficie útil", "82,5 m²", "Dormitorios", "Baños",
                      "Año de construcción", "1972", "Disponible", "Ascensor", "Calefacción · Gas natural",
                      "Terraza · 12 m²", "Suelo · Parquet", "Luminoso piso reformado", "Gastos de comunidad de 45 €",
                      "Certificado", "Consumo: 145 kWh/m²", "Laura Martínez Soler", "Tel. 600 111 222",
@@ -110,7 +110,7 @@ TEST_F(Informes, OtherFamiliesShowTheirOwnData)
     const QList<Case> cases = {
         {"00002", {"Chalet en venta en Valencia", "420.000,00 €", "Superficie de parcela", "800 m²", "Piscina", "Jardín",
                    "Garaje · 2 plazas"}, {"Muelle"}},
-        {"00003", {"Nave industrial en alquiler en Paterna", "2.500,00 €", "1.200 m²", "Altura libre", "8,5 m",
+        {"00003", {"Nave industrial en alquiler en Paterna", "Características de la nave", "Instalaciones", "2.500,00 €", "1.200 m²", "Altura libre", "8,5 m",
                    "Muelle de carga", "Oficina", "Salida de humos"}, {"Dormitorios"}},
         {"00004", {"Local comercial en traspaso en Valencia", "45.000,00 €", "Fachada", "de fachada", "Escaparate · Dos escaparates"},
          {}},
