@@ -1,6 +1,6 @@
 #include "recordscreen.h"
 
-#include "fieldspec.h"
+#include "formfield.h"
 #include "formbuilder.h"
 #include "scripteddialogs.h"
 #include "testdata.h"
