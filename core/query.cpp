@@ -206,6 +206,18 @@ struct Query::Impl {
     IMessageMetadata* outMeta = nullptr;
     std::vector<unsigned char> outBuf;
     QStringList names;
+    // The output layout, read once at prepare: asking the metadata object per
+    // row and column costs more than the decoding itself on long lists.
+    struct Column {
+        unsigned type;
+        int subType;
+        int scale;
+        unsigned length;
+        unsigned charSet;
+        unsigned offset;
+        unsigned nullOffset;
+    };
+    std::vector<Column> columns;
 
     IResultSet* rs = nullptr;
     bool isOpen = false;
@@ -268,8 +280,14 @@ struct Query::Impl {
             outMeta = stmt->getOutputMetadata(&st);
             const unsigned count = outMeta->getCount(&st);
             names.clear();
-            for (unsigned i = 0; i < count; ++i)
+            columns.clear();
+            for (unsigned i = 0; i < count; ++i) {
                 names.append(QString::fromUtf8(outMeta->getAlias(&st, i)).toUpper());
+                columns.push_back({outMeta->getType(&st, i) & ~1u, outMeta->getSubType(&st, i),
+                                   outMeta->getScale(&st, i), outMeta->getLength(&st, i),
+                                   outMeta->getCharSet(&st, i), outMeta->getOffset(&st, i),
+                                   outMeta->getNullOffset(&st, i)});
+            }
             outBuf.assign(outMeta->getMessageLength(&st), 0);
         });
     }
@@ -433,17 +451,18 @@ struct Query::Impl {
 
     void decodeRow(fb::Status& st, ITransaction* tra)
     {
-        const unsigned count = outMeta->getCount(&st);
-        row.resize(static_cast<int>(count));
+        const auto count = static_cast<int>(columns.size());
+        row.resize(count);
         const unsigned char* buf = outBuf.data();
-        for (unsigned i = 0; i < count; ++i) {
-            if (*reinterpret_cast<const short*>(buf + outMeta->getNullOffset(&st, i))) {
+        for (int i = 0; i < count; ++i) {
+            const Column& c = columns[static_cast<size_t>(i)];
+            if (*reinterpret_cast<const short*>(buf + c.nullOffset)) {
                 row[i] = QVariant();
                 continue;
             }
-            const unsigned char* data = buf + outMeta->getOffset(&st, i);
-            const unsigned t = outMeta->getType(&st, i) & ~1u;
-            const int scale = outMeta->getScale(&st, i);
+            const unsigned char* data = buf + c.offset;
+            const unsigned t = c.type;
+            const int scale = c.scale;
             auto scaled = [scale](qlonglong x) -> QVariant {
                 if (scale >= 0)
                     return x;
@@ -451,9 +470,9 @@ struct Query::Impl {
             };
             switch (t) {
             case SQL_TEXT: {
-                const unsigned len = outMeta->getLength(&st, i);
+                const unsigned len = c.length;
                 const auto* p = reinterpret_cast<const char*>(data);
-                if (outMeta->getCharSet(&st, i) == kCsOctets) {
+                if (c.charSet == kCsOctets) {
                     row[i] = QByteArray(p, len);
                 } else {
                     unsigned end = len;
@@ -467,7 +486,7 @@ struct Query::Impl {
                 unsigned short len;
                 std::memcpy(&len, data, sizeof len);
                 const auto* p = reinterpret_cast<const char*>(data + sizeof len);
-                if (outMeta->getCharSet(&st, i) == kCsOctets)
+                if (c.charSet == kCsOctets)
                     row[i] = QByteArray(p, len);
                 else
                     row[i] = QString::fromUtf8(p, len);
@@ -531,7 +550,7 @@ struct Query::Impl {
                 ISC_QUAD id;
                 std::memcpy(&id, data, sizeof id);
                 const QByteArray bytes = readBlob(st, tra, id);
-                if (outMeta->getSubType(&st, i) == 1)
+                if (c.subType == 1)
                     row[i] = QString::fromUtf8(bytes);
                 else
                     row[i] = bytes;
