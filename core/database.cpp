@@ -103,6 +103,26 @@ void Database::create(const QString& name, const QString& defaultCharset, const 
     });
 }
 
+void Database::setForcedWrites(const QString& name, bool on, const QString& password)
+{
+    fb::guard([&] {
+        fb::Status st;
+        IXpbBuilder* dpb = makeDpb(st, password, QStringLiteral("UTF8"));
+        dpb->insertInt(&st, isc_dpb_force_write, on ? 1 : 0);
+        const QByteArray file = name.toUtf8();
+        IAttachment* att = nullptr;
+        try {
+            att = fb::provider()->attachDatabase(&st, file.constData(), dpb->getBufferLength(&st),
+                                                 dpb->getBuffer(&st));
+        } catch (...) {
+            dpb->dispose();
+            throw;
+        }
+        dpb->dispose();
+        att->detach(&st);
+    });
+}
+
 void Database::attachTransaction(Transaction* t)
 {
     if (std::find(mTransactions.begin(), mTransactions.end(), t) == mTransactions.end())

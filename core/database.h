@@ -43,6 +43,10 @@ public:
     static void create(const QString& name, const QString& defaultCharset = QStringLiteral("WIN1252"),
                        const QString& password = QStringLiteral("qolvandre"));
 
+    // Switches the file's forced (synchronous) writes through an attachment
+    // of its own; the engine applies it to the open ones at once.
+    static void setForcedWrites(const QString& name, bool on, const QString& password = kDefaultPassword);
+
     Firebird::IAttachment* attachment() const { return mAttachment; }
     // Grows by one each time the attachment changes, so statements prepared
     // on an older attachment know to prepare again.

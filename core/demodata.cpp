@@ -2,7 +2,6 @@
 
 #include "datafolder.h"
 #include "dm.h"
-#include "fbapi.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -541,25 +540,7 @@ struct Operacion {
 void setForcedWrites(Database& db, bool on)
 {
     try {
-        fb::guard([&] {
-            fb::Status st;
-            Firebird::IXpbBuilder* dpb =
-                fb::util()->getXpbBuilder(&st, Firebird::IXpbBuilder::DPB, nullptr, 0);
-            dpb->insertString(&st, isc_dpb_user_name, "SYSDBA");
-            dpb->insertString(&st, isc_dpb_password, Database::kDefaultPassword.toUtf8().constData());
-            dpb->insertInt(&st, isc_dpb_force_write, on ? 1 : 0);
-            const QByteArray name = db.databaseName().toUtf8();
-            Firebird::IAttachment* att = nullptr;
-            try {
-                att = fb::provider()->attachDatabase(&st, name.constData(), dpb->getBufferLength(&st),
-                                                     dpb->getBuffer(&st));
-            } catch (...) {
-                dpb->dispose();
-                throw;
-            }
-            dpb->dispose();
-            att->detach(&st);
-        });
+        Database::setForcedWrites(db.databaseName(), on);
     } catch (const DatabaseError&) {
     }
 }
