@@ -13,7 +13,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace tv::shell {
+
 
 namespace {
 
@@ -80,6 +84,26 @@ Ribbon::Ribbon(QWidget* parent) : QTabWidget(parent)
     buildApplicationMenu();
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
+
+namespace {
+
+// A long caption under a large icon goes on two lines, split at the blank
+// nearest its middle; the action keeps the caption as it is.
+QString twoLines(const QString& caption)
+{
+    if (caption.size() <= 10)
+        return caption;
+    int best = -1;
+    for (int i = 0; i < caption.size(); ++i)
+        if (caption[i] == QLatin1Char(' ') && (best < 0 || std::abs(i - caption.size() / 2) < std::abs(best - caption.size() / 2)))
+            best = i;
+    if (best < 0)
+        return caption;
+    return caption.left(best) + QLatin1Char('\n') + caption.mid(best + 1);
+}
+
+} // namespace
+
 
 QAction* Ribbon::makeAction(const QString& command, const QString& caption, const QIcon& icon)
 {
@@ -174,11 +198,14 @@ QWidget* Ribbon::buildGroup(const QString& page, const QString& group)
         }
         auto* b = new QToolButton(frame);
         QAction* a = makeAction(it.command, it.caption, ui::tintedIcon(it.icon, accent, kLargeIcon));
+        a->setIconText(twoLines(it.caption));
         b->setDefaultAction(a);
         b->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
         b->setIconSize(QSize(kLargeIcon, kLargeIcon));
         b->setMinimumWidth(52);
         b->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+        // Never narrower than the caption: an elided "Dise…rate" helps nobody.
+        b->setMinimumWidth(std::max(52, b->sizeHint().width()));
         if (it.kind == RibbonKind::Menu) {
             auto* menu = new QMenu(b);
             for (const RibbonMenuItem& m : ribbonMenuItems())
@@ -261,7 +288,7 @@ QStringList Ribbon::captions() const
 {
     QStringList out;
     for (auto it = mButtons.cbegin(); it != mButtons.cend(); ++it)
-        out.append(it.value()->text());
+        out.append(it.value()->defaultAction()->text());
     if (!mLanguageCaption.isEmpty())
         out.append(mLanguageCaption);
     for (auto it = mMenus.cbegin(); it != mMenus.cend(); ++it)

@@ -46,8 +46,6 @@ const QList<RibbonItem>& ribbonItems()
         {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Diseñar circular clientes interesados"), QStringLiteral("mail-message-new"), QStringLiteral("circular-interesados"), K::Small},
         {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Imprimir documento recogida de información"), QStringLiteral("document-print"), QStringLiteral("recogida-informacion"), K::Small},
         {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Calculadora"), QStringLiteral("accessories-calculator"), QStringLiteral("calculadora"), K::Small},
-        {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Calculadora hipotecaria"), QStringLiteral("tv-euro"), QStringLiteral("calculadora-hipotecaria"), K::Small},
-        {kUtilidades, QStringLiteral("Más Herramientas"), QStringLiteral("Cuadro de financiación"), QStringLiteral("x-office-spreadsheet"), QStringLiteral("cuadro-financiacion"), K::Small},
         {kUtilidades, QStringLiteral("Carrusel de imágenes"), QStringLiteral("Carrusel"), QStringLiteral("media-playlist-repeat"), QStringLiteral("carrusel")},
         {kUtilidades, QString(), QStringLiteral("Estadísticas"), QStringLiteral("tv-estadisticas"), QStringLiteral("estadisticas")},
         {kUtilidades, QStringLiteral("Histórico telefónico"), QStringLiteral("Telefonos"), QStringLiteral("call-start"), QStringLiteral("telefonos")},
@@ -84,6 +82,8 @@ const QList<RibbonItem>& ribbonItems()
         {kHerramientas, QStringLiteral("Herramientas"), QStringLiteral("Actualizar"), QStringLiteral("system-software-install"), QStringLiteral("actualizar")},
         {kHerramientas, QStringLiteral("Herramientas"), QStringLiteral("Realizar Copia"), QStringLiteral("document-save"), QStringLiteral("realizar-copia")},
         {kHerramientas, QStringLiteral("Herramientas"), QStringLiteral("Restaurar Copia"), QStringLiteral("document-revert"), QStringLiteral("restaurar-copia")},
+        {kHerramientas, QStringLiteral("Financiación"), QStringLiteral("Calculadora hipotecaria"), QStringLiteral("tv-euro"), QStringLiteral("calculadora-hipotecaria")},
+        {kHerramientas, QStringLiteral("Financiación"), QStringLiteral("Cuadro de financiación"), QStringLiteral("tv-porcentaje"), QStringLiteral("cuadro-financiacion")},
     };
     return items;
 }

@@ -24,7 +24,7 @@ const QStringList kGroups = {
     QStringLiteral("Contratos"), QStringLiteral("Notas de encargo"), QStringLiteral("Más Herramientas"),
     QStringLiteral("Carrusel de imágenes"), QStringLiteral("Histórico telefónico"), QStringLiteral("Campañas"),
     QStringLiteral("Tablas auxiliares"), QStringLiteral("Tablas comunes"), QStringLiteral("Configurar agenda"),
-    QStringLiteral("Configurar idioma"), QStringLiteral("Herramientas")};
+    QStringLiteral("Configurar idioma"), QStringLiteral("Herramientas"), QStringLiteral("Financiación")};
 
 const QStringList kCaptions = {
     // FICHEROS
