@@ -230,3 +230,37 @@ TEST_F(DataSetTest, SignalsTellGridsWhatChanged)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(DataSetTest, AHardCommitEndsTheCursorButKeepsTheRowsRead)
+{
+    ds.open();
+    ds.fetchMore(1);
+    ASSERT_EQ(ds.recordCount(), 2);
+    d.Transacion.commit();
+    EXPECT_FALSE(ds.canFetchMore());
+    ds.next();
+    EXPECT_EQ(ds.fieldByName(QStringLiteral("CODIGO")).asInteger(), 102);
+    ds.next(); // nothing more to read: stays on the last row read
+    EXPECT_TRUE(ds.eof());
+    EXPECT_EQ(ds.fieldByName(QStringLiteral("CODIGO")).asInteger(), 102);
+    ds.refreshKeepingPosition(QStringLiteral("CODIGO")); // a new transaction starts on demand
+    EXPECT_EQ(ds.fieldByName(QStringLiteral("CODIGO")).asInteger(), 102);
+}
+
+TEST_F(DataSetTest, PreparedStatementsSurviveClosingAndReopeningTheConnection)
+{
+    Query q(d.datos, d.Transacion, QStringLiteral("SELECT DESCRIPCION FROM ZONAS WHERE CODIGO = :C"));
+    q.paramByName(QStringLiteral("C")).setAsInteger(101);
+    q.open();
+    EXPECT_EQ(q.field(0).asString(), QStringLiteral("ZONA 101"));
+    q.close();
+    Query::execute(d.datos, d.Transacion, QStringLiteral("UPDATE ZONAS SET DESCRIPCION = 'GUARDADA' WHERE CODIGO = 101"));
+    d.datos.close(); // commits what the attachment held
+    d.datos.open();
+    q.open();
+    EXPECT_EQ(q.field(0).asString(), QStringLiteral("GUARDADA"));
+}
+
+} // namespace
