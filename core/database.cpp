@@ -1,6 +1,7 @@
 #include "database.h"
 
 #include "fbapi.h"
+#include "fbenvironment.h"
 #include "transaction.h"
 
 #include <algorithm>
@@ -56,6 +57,7 @@ void Database::open()
         }
         dpb->dispose();
     });
+    reapplyTerminationHandler();
     ++mGeneration;
 }
 
@@ -101,6 +103,7 @@ void Database::create(const QString& name, const QString& defaultCharset, const 
         dpb->dispose();
         att->detach(&st);
     });
+    reapplyTerminationHandler();
 }
 
 void Database::setForcedWrites(const QString& name, bool on, const QString& password)

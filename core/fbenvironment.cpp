@@ -5,6 +5,10 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "fbapi.h"
+
+#include <atomic>
+#include <csignal>
 #include <unistd.h>
 
 namespace tv {
@@ -50,8 +54,11 @@ QString prepareFirebirdEnvironment()
         QDir().mkpath(lock);
         qputenv("FIREBIRD_LOCK", QFile::encodeName(lock));
     }
-    if (!preset.isEmpty())
+    if (!preset.isEmpty()) {
+        fb::master();
+        reapplyTerminationHandler();
         return QString::fromLocal8Bit(preset);
+    }
 
     const QString sys = systemRoot();
     const QString root = base + QStringLiteral("/firebird");
@@ -76,7 +83,32 @@ QString prepareFirebirdEnvironment()
     copyIfMissing(sys + QStringLiteral("/intl/libfbintl.so"), root + QStringLiteral("/intl/libfbintl.so"));
     copyIfMissing(sys + QStringLiteral("/intl/fbintl.conf"), root + QStringLiteral("/intl/fbintl.conf"));
     qputenv("FIREBIRD", QFile::encodeName(root));
+    fb::master();
+    reapplyTerminationHandler();
     return root;
+}
+
+namespace {
+
+std::atomic<TerminationHandler> gTerminationHandler{nullptr};
+
+} // namespace
+
+void setTerminationHandler(TerminationHandler handler)
+{
+    gTerminationHandler = handler;
+    reapplyTerminationHandler();
+}
+
+void reapplyTerminationHandler()
+{
+    struct sigaction sa = {};
+    const TerminationHandler h = gTerminationHandler;
+    sa.sa_handler = h ? h : SIG_DFL;
+    sigemptyset(&sa.sa_mask);
+    sa.sa_flags = SA_RESTART;
+    sigaction(SIGINT, &sa, nullptr);
+    sigaction(SIGTERM, &sa, nullptr);
 }
 
 } // namespace tv

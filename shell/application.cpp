@@ -1,5 +1,7 @@
 #include "application.h"
 
+#include "terminationwatcher.h"
+
 #include "appstate.h"
 #include "datapath.h"
 #include "dialogs.h"
@@ -41,6 +43,11 @@ int run(QApplication& app)
     QLocale::setDefault(QLocale::system());
 
     prepareApplication(app);
+
+    // A kill or a logout closes in order instead of cutting the connections.
+    TerminationWatcher termination;
+    QObject::connect(&termination, &TerminationWatcher::terminationRequested, &app,
+                     [] { QApplication::closeAllWindows(); });
 
     // 3. One copy per user.
     SingleInstance instance;
