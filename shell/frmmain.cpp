@@ -6,6 +6,7 @@
 #include "dataset.h"
 #include "desktop.h"
 #include "finance.h"
+#include "report.h"
 #include "dialogs.h"
 #include "dm.h"
 #include "fondomdiarea.h"
@@ -83,7 +84,18 @@ void TfrmMain::registrarComando(const QString& command, Handler handler)
 void TfrmMain::ejecutar(const QString& command)
 {
     if (const auto it = mHandlers.constFind(command); it != mHandlers.constEnd()) {
-        it.value()();
+        // The last stop for a failure no screen handled: an exception must not
+        // reach the event loop, which would end the program.
+        try {
+            it.value()();
+        } catch (const Abort&) {
+        } catch (const DatabaseError& e) {
+            ui::dialogs().error(e.message(), this);
+        } catch (const reports::ReportError& e) {
+            ui::dialogs().error(e.message(), this);
+        } catch (const std::exception& e) {
+            ui::dialogs().error(QString::fromUtf8(e.what()), this);
+        }
         return;
     }
     if (esPendiente(command)) {

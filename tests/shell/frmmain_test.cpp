@@ -146,6 +146,18 @@ TEST_F(MainWindow, PendingCommandsSayTheyAreNotAvailable)
     window->ejecutar(QStringLiteral("inmuebles"));
     EXPECT_EQ(opened, 1);
     EXPECT_TRUE(dialogs.log().isEmpty());
+
+    // A failure no screen handled is shown once, with the database's own text,
+    // and never reaches the event loop; a refusal (Abort) says nothing.
+    window->registrarComando(QStringLiteral("clientes"), [] {
+        throw tv::DatabaseError(QStringLiteral("lock conflict on no wait transaction"), {335544345L});
+    });
+    window->registrarComando(QStringLiteral("demandas"), [] { throw tv::Abort(); });
+    window->ejecutar(QStringLiteral("clientes"));
+    window->ejecutar(QStringLiteral("demandas"));
+    ASSERT_EQ(dialogs.log().size(), 1);
+    EXPECT_EQ(dialogs.log().at(0).kind, tv::test::ScriptedDialogs::Kind::Error);
+    EXPECT_EQ(dialogs.texts().at(0), QStringLiteral("lock conflict on no wait transaction"));
 }
 
 TEST_F(MainWindow, ComputerNameAndBackground)
