@@ -3,6 +3,8 @@
 #include "database.h"
 #include "transaction.h"
 
+#include <algorithm>
+
 namespace tv {
 
 namespace {
@@ -463,6 +465,7 @@ void DataSet::remove()
         mRows[mCurrent] = mSnapshot;
     const int at = mCurrent;
     Row r = mRows[at];
+    r.deletedAt = at;
     if (r.status != RowStatus::Inserted)
         mDeleted.push_back(std::move(r));
     mRows.erase(mRows.begin() + at);
@@ -535,15 +538,33 @@ void DataSet::cancelUpdates()
         r.status = RowStatus::Unmodified;
         kept.push_back(std::move(r));
     }
-    for (Row& r : mDeleted) {
+    int current = kept.empty() ? -1 : std::clamp(mCurrent, 0, int(kept.size()) - 1);
+    bool latest = true;
+    // Latest deletion first, so every row returns to the place it left; the
+    // current row becomes the one deleted last (the one the user saw go).
+    for (auto it = mDeleted.rbegin(); it != mDeleted.rend(); ++it) {
+        Row r = std::move(*it);
+        const int at = std::clamp(r.deletedAt, 0, int(kept.size()));
         r.cur = r.orig;
         r.status = RowStatus::Unmodified;
-        kept.push_back(std::move(r));
+        r.deletedAt = -1;
+        if (!latest && at <= current)
+            ++current;
+        kept.insert(kept.begin() + at, std::move(r));
+        if (latest) {
+            current = at;
+            latest = false;
+        }
     }
     mDeleted.clear();
     mRows = std::move(kept);
-    mCurrent = mRows.empty() ? -1 : 0;
+    mCurrent = mRows.empty() ? -1 : current;
+    mBof = mCurrent <= 0;
+    mEof = mRows.empty();
     Q_EMIT reset();
+    Q_EMIT currentChanged(mCurrent);
+    if (afterScroll)
+        afterScroll(*this);
 }
 
 void DataSet::refreshRecord()

@@ -149,6 +149,7 @@ private:
         QVector<QVariant> cur;
         QVector<QVariant> orig;
         RowStatus status = RowStatus::Unmodified;
+        int deletedAt = -1; // where a deleted row stood, to put it back there
     };
 
     void fetchOne();

@@ -314,7 +314,11 @@ struct Query::Impl {
         std::vector<bool> blob(count, false);
         std::vector<bool> textBlobAsString(count, false);
         for (unsigned i = 0; i < count; ++i) {
-            const QVariant& v = params[positions[i]];
+            QVariant v = params[positions[i]];
+            // An empty date is NULL, not a timestamp out of range.
+            if ((v.typeId() == QMetaType::QDateTime && !v.toDateTime().isValid()) ||
+                (v.typeId() == QMetaType::QDate && !v.toDate().isValid()))
+                v = QVariant();
             vals[i] = v;
             const unsigned t = in->getType(&st, i) & ~1u;
             if (!v.isValid() || v.isNull())

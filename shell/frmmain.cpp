@@ -110,6 +110,8 @@ QMdiSubWindow* TfrmMain::abrirVentana(QWidget* screen)
     screen->setAttribute(Qt::WA_DeleteOnClose);
     QMdiSubWindow* sub = mMdi->addSubWindow(screen);
     sub->setAttribute(Qt::WA_DeleteOnClose);
+    // A screen that closes itself (Salir, Escape) takes its frame with it.
+    connect(screen, &QObject::destroyed, sub, &QWidget::close, Qt::QueuedConnection);
     sub->show();
     return sub;
 }

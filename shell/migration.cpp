@@ -5,6 +5,9 @@
 #include "plaintext.h"
 #include "sqltext.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace tv::shell::migration {
 
 bool hecha(DataSet& tbconfiguracion)
@@ -14,9 +17,32 @@ bool hecha(DataSet& tbconfiguracion)
     return sql::isSet(tbconfiguracion.fieldByName(QStringLiteral("OBSERVACIONES_MIGRADAS")).value());
 }
 
+namespace {
+
+// What the WIN1252 columns can store: Latin-1 and the 27 extra characters
+// of the Windows page.
+bool enWindows1252(QChar c)
+{
+    const char16_t u = c.unicode();
+    if (u < 0x80 || (u >= 0xA0 && u <= 0xFF))
+        return true;
+    static constexpr char16_t extra[] = {0x20AC, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030,
+                                         0x0160, 0x2039, 0x0152, 0x017D, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+                                         0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x017E, 0x0178};
+    return std::find(std::begin(extra), std::end(extra), u) != std::end(extra);
+}
+
+} // namespace
+
 QString textoPlano(const QString& richText)
 {
-    return ui::plainTextOf(richText).left(kLongitudTexto);
+    QString t = ui::plainTextOf(richText).left(kLongitudTexto);
+    // One character the column cannot hold (an arrow in old RTF, Cyrillic)
+    // would fail the migration, and with it every start of the program.
+    for (QChar& c : t)
+        if (!enWindows1252(c))
+            c = QLatin1Char('?');
+    return t;
 }
 
 int migrarObservaciones(Tdm& data)

@@ -12,8 +12,10 @@ RichTextBinder::RichTextBinder(DataSet& dataSet, const QString& field, QTextEdit
     edit->setAcceptRichText(true);
     connect(edit, &QTextEdit::textChanged, this, [this] {
         if (!isShowing()) {
-            userChanged();
+            // Before writing: a refusal's refresh must see that the box
+            // differs from the field, or it keeps text that was never stored.
             mShown = controlValue();
+            userChanged();
         }
     });
     refresh();

@@ -198,6 +198,31 @@ TEST_F(DataSetTest, FailedApplyKeepsOnlyTheRestPending)
     EXPECT_FALSE(ds.updatesPending());
 }
 
+TEST_F(DataSetTest, ARefusedDeleteCanBeUndoneInPlace)
+{
+    DataSet::UpdateSql refusing = ds.updateSql();
+    refusing.remove = QStringLiteral("DELETE FROM ZONAS WHERE CODIGO = :OLD_CODIGO AND 1/0 = 1");
+    ds.setUpdateSql(refusing);
+    int scrolls = 0;
+    ds.afterScroll = [&](DataSet&) { ++scrolls; };
+    ds.open();
+    ds.fetchAll();
+    ds.moveTo(1);
+    ds.remove();
+    EXPECT_EQ(ds.fieldByName(QStringLiteral("CODIGO")).asInteger(), 103);
+    EXPECT_THROW(ds.applyUpdates(), DatabaseError);
+    scrolls = 0;
+    ds.cancelUpdates();
+    EXPECT_EQ(ds.recordCount(), 5);
+    EXPECT_EQ(ds.recNo(), 1);
+    EXPECT_EQ(ds.fieldByName(QStringLiteral("CODIGO")).asInteger(), 102);
+    EXPECT_EQ(scrolls, 1) << "screens follow the row put back";
+    QList<int> order;
+    for (int r = 0; r < ds.recordCount(); ++r)
+        order.append(ds.value(r, 0).toInt());
+    EXPECT_EQ(order, (QList<int>{101, 102, 103, 104, 105}));
+}
+
 TEST_F(DataSetTest, TableWithoutKeyIsUpdatedByComparingEveryColumn)
 {
     DataSet conf(d.datos, d.Transacion);

@@ -66,6 +66,19 @@ TEST_F(QueryTest, ParametersOfEveryTypeAndNulls)
 
 TEST_F(QueryTest, DialectOneArithmeticAndDates)
 {
+    // An empty date (a NULL column read back, a cleared date box) is stored as NULL.
+    Query ins(d.datos, d.Transacion, QStringLiteral("INSERT INTO AGENTES (CODIGO, APEYNOM, FECHAALTA) VALUES (:C, 'X', :F)"));
+    ins.paramByName(QStringLiteral("C")).setAsInteger(90);
+    ins.paramByName(QStringLiteral("F")).setAsDate(QDate());
+    ins.exec();
+    ins.paramByName(QStringLiteral("C")).setAsInteger(91);
+    ins.paramByName(QStringLiteral("F")).setAsDateTime(QDateTime());
+    ins.exec();
+    EXPECT_EQ(Query::scalar(d.datos, d.Transacion,
+                            QStringLiteral("SELECT COUNT(*) FROM AGENTES WHERE CODIGO IN (90, 91) AND FECHAALTA IS NULL"))
+                  .toInt(),
+              2);
+
     EXPECT_DOUBLE_EQ(Query::scalar(d.datos, d.Transacion, QStringLiteral("SELECT 7/2 FROM RDB$DATABASE")).toDouble(), 3.5);
     const QVariant today = Query::scalar(d.datos, d.Transacion, QStringLiteral("SELECT CAST('TODAY' AS DATE) FROM RDB$DATABASE"));
     EXPECT_EQ(today.toDateTime(), QDate::currentDate().startOfDay());

@@ -17,6 +17,7 @@
 #include <QSysInfo>
 #include <QToolButton>
 #include <QtTest/QTest>
+#include <QCoreApplication>
 #include <gtest/gtest.h>
 
 using namespace tv;
@@ -158,6 +159,18 @@ TEST_F(MainWindow, PendingCommandsSayTheyAreNotAvailable)
     ASSERT_EQ(dialogs.log().size(), 1);
     EXPECT_EQ(dialogs.log().at(0).kind, tv::test::ScriptedDialogs::Kind::Error);
     EXPECT_EQ(dialogs.texts().at(0), QStringLiteral("lock conflict on no wait transaction"));
+}
+
+TEST_F(MainWindow, AScreenThatClosesItselfTakesItsFrameWithIt)
+{
+    auto* screen = new QWidget;
+    window->abrirVentana(screen);
+    ASSERT_EQ(window->mdiArea()->subWindowList().size(), 1);
+    screen->close(); // what Salir and Escape do
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(window->mdiArea()->subWindowList().isEmpty());
 }
 
 TEST_F(MainWindow, ComputerNameAndBackground)

@@ -143,6 +143,17 @@ TEST_F(StartSequence, MigrationWritesRowByRowAndMarksTheDatabase)
     EXPECT_EQ(shell::migration::textoPlano(QString(5001, QLatin1Char('x'))).size(), 5000);
 }
 
+TEST_F(StartSequence, MigrationStoresWhatTheColumnsCannotHoldAsAQuestionMark)
+{
+    openAgain(data.dm());
+    // An arrow and Cyrillic in old RTF: outside WIN1252, they must not stop the start.
+    addProperty(data.dm(), QStringLiteral("00001"),
+                QStringLiteral("{\\rtf1\\ansi {\\fonttbl}Precio \\u8594? bajo, 5 \\u8364? \\u1046?}"), QVariant());
+    EXPECT_EQ(shell::migration::migrarObservaciones(data.dm()), 1);
+    EXPECT_EQ(column(data.dm(), QStringLiteral("SELECT OBSERVACIONES_TEXTO FROM INMUEBLES WHERE CODIGO = '00001'")).toString(),
+              QStringLiteral("Precio ? bajo, 5 € ?"));
+}
+
 TEST_F(StartSequence, DocumentsFolderCatalanTemplatesAndLocalMode)
 {
     EXPECT_EQ(shell::startup::carpetaDocumentos(QStringLiteral("N"), QStringLiteral("/datos"), QStringLiteral("//srv/datos")),

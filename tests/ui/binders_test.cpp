@@ -108,6 +108,13 @@ TEST_F(Binders, RefusedEditRevertsTheControl)
     EXPECT_EQ(edit.text(), QStringLiteral("ANA"));
     EXPECT_EQ(ds->fieldByName(QStringLiteral("APEYNOM")).asString(), QStringLiteral("ANA"));
 
+    QTextEdit rich;
+    ui::RichTextBinder richBinder(*ds, QStringLiteral("OBSERVACIONES"), &rich);
+    const QString before = ds->fieldByName(QStringLiteral("OBSERVACIONES")).asString();
+    rich.setPlainText(QStringLiteral("Cambiado"));
+    EXPECT_EQ(ds->fieldByName(QStringLiteral("OBSERVACIONES")).asString(), before);
+    EXPECT_FALSE(rich.toPlainText().contains(QStringLiteral("Cambiado"))) << "the box shows what is stored";
+
     box.click();
     EXPECT_TRUE(box.isChecked()) << "the click is undone";
     EXPECT_EQ(ds->fieldByName(QStringLiteral("ADMINISTRADOR")).asString(), QStringLiteral("S"));
