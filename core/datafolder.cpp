@@ -39,10 +39,13 @@ void createDataFolder(const QString& folder, const DataFolderOptions& options)
         if (!root.mkpath(QLatin1String(sub)))
             throw DataFolderError(QStringLiteral("No se puede crear la carpeta %1/%2").arg(dir, QLatin1String(sub)));
 
-    Database::create(dir + Tdm::kDatosFile);
-    Database::create(dir + Tdm::kImagenesFile);
-    Database::create(dir + Tdm::kInformesFile);
-    {
+    // A failure half-way removes what this call made, so trying again works.
+    QStringList created;
+    try {
+        for (const QString& f : {Tdm::kDatosFile, Tdm::kImagenesFile, Tdm::kInformesFile}) {
+            Database::create(dir + f);
+            created << dir + f;
+        }
         Tdm data(dir);
         data.datos.open();
         data.Imagenes.open();
@@ -60,6 +63,11 @@ void createDataFolder(const QString& folder, const DataFolderOptions& options)
             data.Transacion.commit();
         }
         data.cerrarConexiones();
+    } catch (...) {
+        // The data module is gone here, and with it every attachment.
+        for (const QString& f : created)
+            QFile::remove(f);
+        throw;
     }
     if (options.localMarker) {
         QFile marker(dir + QLatin1Char('/') + kLocalMarker);

@@ -40,7 +40,7 @@ bool Money::parse(const QString& text, Money* out)
     QString t = text.trimmed();
     t.remove(QChar(0x20AC)).remove(QLatin1Char(' '));
     static const QRegularExpression plain(QStringLiteral(R"(^([+-]?)(\d+)(?:[.,](\d{1,4}))?$)"));
-    static const QRegularExpression grouped(QStringLiteral(R"(^([+-]?)(\d{1,3}(?:\.\d{3})+)(?:,(\d{1,4}))?$)"));
+    static const QRegularExpression grouped(QStringLiteral(R"(^([+-]?)([1-9]\d{0,2}(?:\.\d{3})+)(?:,(\d{1,4}))?$)"));
     QRegularExpressionMatch m = grouped.match(t);
     if (!m.hasMatch())
         m = plain.match(t);

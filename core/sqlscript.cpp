@@ -73,7 +73,9 @@ void runSqlScript(Database& db, Transaction& tr, const QString& script)
     static const QRegularExpression ddl(QStringLiteral(R"(^(CREATE|ALTER|DROP|RECREATE|DECLARE)\b)"),
                                         QRegularExpression::CaseInsensitiveOption);
     for (const QString& s : splitSqlScript(script)) {
-        if (s.compare(QLatin1String("COMMIT"), Qt::CaseInsensitive) == 0) {
+        static const QRegularExpression commit(QStringLiteral(R"(^COMMIT(\s+WORK)?$)"),
+                                               QRegularExpression::CaseInsensitiveOption);
+        if (commit.match(s).hasMatch()) {
             tr.commit();
             continue;
         }

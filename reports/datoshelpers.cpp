@@ -1,5 +1,7 @@
 #include "datoshelpers.h"
 
+#include "plaintext.h"
+
 #include "query.h"
 #include "reportformat.h"
 
@@ -65,34 +67,9 @@ QString direccionPersona(const Query& q)
 
 QString textoPlano(const QString& text)
 {
-    const QString t = text.trimmed();
-    if (t.isEmpty())
-        return {};
-    if (t.startsWith(QLatin1String("{\\rtf"))) {
-        // Enough of RTF for remarks: drop groups of control data and control words.
-        QString s = t;
-        s.replace(QRegularExpression(QStringLiteral(R"(\{\\\*[^{}]*\})")), QString());
-        s.replace(QRegularExpression(QStringLiteral(R"(\{\\(fonttbl|colortbl|stylesheet)[^}]*(\}[^}]*)*\})")), QString());
-        s.replace(QRegularExpression(QStringLiteral(R"(\\par[d]?\b ?)")), QStringLiteral("\n"));
-        s.replace(QRegularExpression(QStringLiteral(R"(\\'([0-9a-fA-F]{2}))")), QStringLiteral("\x01\\1"));
-        s.replace(QRegularExpression(QStringLiteral(R"(\\[a-zA-Z]+-?\d* ?)")), QString());
-        s.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
-        // Hex escapes are WIN1252 characters.
-        QString out;
-        for (int i = 0; i < s.size(); ++i) {
-            if (s[i] == QChar(1) && i + 2 < s.size()) {
-                const char byte = char(s.mid(i + 1, 2).toInt(nullptr, 16));
-                out += QString::fromLatin1(&byte, 1);
-                i += 2;
-            } else {
-                out += s[i];
-            }
-        }
-        return out.trimmed();
-    }
-    if (t.startsWith(QLatin1Char('<')) && t.contains(QLatin1Char('>')))
-        return QTextDocumentFragment::fromHtml(t).toPlainText().trimmed();
-    return t;
+    // Remarks may be RTF (older records), HTML or plain: one converter for
+    // the whole program.
+    return ui::plainTextOf(text).trimmed();
 }
 
 void marcarFilas(QVariantList& rows)

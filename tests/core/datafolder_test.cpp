@@ -1,6 +1,7 @@
 #include "currentagent.h"
 #include "datafolder.h"
 #include "dm.h"
+#include "sqlscript.h"
 #include "sqltext.h"
 #include "testdata.h"
 
@@ -229,6 +230,53 @@ TEST(DataFolder, TheToolWorksOnAFolderTheProgramHasOpen)
     ASSERT_TRUE(p.waitForFinished(60000));
     EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
     EXPECT_EQ(QString::fromUtf8(p.readAllStandardOutput()).trimmed(), QStringLiteral("ABIERTA"));
+}
+
+} // namespace
+
+namespace {
+
+TEST(DataFolder, AFailedCreationLeavesNothingAndCanBeRetried)
+{
+    QTemporaryDir tmp;
+    const QString folder = tmp.path() + QStringLiteral("/nueva");
+    DataFolderOptions failing;
+    failing.seedMunicipios = false;
+    failing.fill = [](Tdm&) { throw DataFolderError(QStringLiteral("fallo a medias")); };
+    EXPECT_THROW(createDataFolder(folder, failing), DataFolderError);
+    EXPECT_FALSE(folderHasData(folder));
+    EXPECT_FALSE(QFile::exists(folder + QStringLiteral("/libreria.dll")));
+
+    DataFolderOptions plain;
+    plain.seedMunicipios = false;
+    EXPECT_NO_THROW(createDataFolder(folder, plain));
+    EXPECT_TRUE(folderHasData(folder));
+}
+
+TEST(SqlScripts, TerminatorsLiteralsCommentsAndCommits)
+{
+    const QStringList s = splitSqlScript(QStringLiteral(
+        "-- a comment; with a semicolon\n"
+        "CREATE TABLE T (A VARCHAR(10));\n"
+        "INSERT INTO T VALUES ('x;y');  /* ; inside */\n"
+        "SET TERM ^ ;\n"
+        "CREATE PROCEDURE P RETURNS (X INTEGER) AS BEGIN X = 1; SUSPEND; END^\n"
+        "SET TERM ; ^\n"
+        "SET SQL DIALECT 1;\n"
+        "commit work;\n"
+        "INSERT INTO T VALUES ('it''s');"));
+    ASSERT_EQ(s.size(), 5);
+    EXPECT_EQ(s[0], QStringLiteral("CREATE TABLE T (A VARCHAR(10))"));
+    EXPECT_EQ(s[1], QStringLiteral("INSERT INTO T VALUES ('x;y')"));
+    EXPECT_TRUE(s[2].startsWith(QStringLiteral("CREATE PROCEDURE P")));
+    EXPECT_TRUE(s[2].endsWith(QStringLiteral("SUSPEND; END")));
+    EXPECT_EQ(s[3], QStringLiteral("commit work"));
+
+    test::TestData data;
+    Tdm& d = data.dm();
+    runSqlScript(d.datos, d.Transacion,
+                 QStringLiteral("CREATE TABLE PRUEBA (A VARCHAR(10));\nCOMMIT WORK;\nINSERT INTO PRUEBA VALUES ('ñ;');"));
+    EXPECT_EQ(Query::scalar(d.datos, d.Transacion, QStringLiteral("SELECT A FROM PRUEBA")).toString(), QStringLiteral("ñ;"));
 }
 
 } // namespace

@@ -55,6 +55,10 @@ TEST(Money, SpanishTextAndParsing)
     EXPECT_EQ(m.raw(), 12345000);
     ASSERT_TRUE(Money::parse(QStringLiteral("-7,25"), &m));
     EXPECT_EQ(m.raw(), -72500);
+    ASSERT_TRUE(Money::parse(QStringLiteral("0.500"), &m)); // no thousands start with 0: a decimal point
+    EXPECT_EQ(m.raw(), 5000);
+    ASSERT_TRUE(Money::parse(QStringLiteral("250.000"), &m));
+    EXPECT_EQ(m.raw(), 2500000000LL);
     EXPECT_FALSE(Money::parse(QStringLiteral("12a"), &m));
     EXPECT_FALSE(Money::parse(QStringLiteral("1.2.3"), &m));
     EXPECT_FALSE(Money::parse(QString(), &m));

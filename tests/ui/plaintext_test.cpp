@@ -30,3 +30,15 @@ TEST(PlainText, HtmlAndPlainText)
     EXPECT_EQ(plainTextOf(QStringLiteral("Casa con jardín\n\n")), QStringLiteral("Casa con jardín"));
     EXPECT_EQ(plainTextOf(QString()), QString());
 }
+
+TEST(PlainText, RtfAsWordProcessorsSaveIt)
+{
+    // Nested font table, a \* destination, Windows-1252 escapes, Unicode
+    // escapes with their fallback, escaped braces and CR/LF in the source.
+    const QString rtf = QStringLiteral(
+        "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0\\fnil Tahoma;}{\\f1\\fswiss Arial;}}{\\*\\generator Riched20;}"
+        "\\viewkind4\\uc1\\pard\\f0\\fs20 Precio 100 \\'80, \\'93ojo\\'94 Espa\\'f1a\\par\r\n"
+        "Segunda l\\'ednea \\{x\\}\\par\r\n\\u8364? fin\\par\r\n}");
+    EXPECT_EQ(tv::ui::plainTextOf(rtf),
+              QStringLiteral("Precio 100 €, “ojo” España\nSegunda línea {x}\n€ fin"));
+}
