@@ -5,6 +5,7 @@
 #include "transaction.h"
 
 #include <algorithm>
+#include <functional>
 
 using namespace Firebird;
 
@@ -14,15 +15,52 @@ const QString Database::kDefaultPassword = QStringLiteral("qolvandre");
 
 namespace {
 
-IXpbBuilder* makeDpb(fb::Status& st, const QString& password, const QString& lcCtype)
+enum class Mode { Attach, Create };
+
+// Every attachment goes through here: SYSDBA, dialect 1, an explicit
+// connection charset, plus what the caller adds to the parameter block.
+// The handlers the engine installs on attach are replaced by the process's own.
+IAttachment* connect(const QString& name, Mode mode, const QString& password, const QString& lcCtype,
+                     const std::function<void(fb::Status&, IXpbBuilder*)>& extra = {})
 {
-    IXpbBuilder* dpb = fb::util()->getXpbBuilder(&st, IXpbBuilder::DPB, nullptr, 0);
-    dpb->insertString(&st, isc_dpb_user_name, "SYSDBA");
-    dpb->insertString(&st, isc_dpb_password, password.toUtf8().constData());
-    dpb->insertInt(&st, isc_dpb_sql_dialect, 1);
-    if (!lcCtype.isEmpty())
-        dpb->insertString(&st, isc_dpb_lc_ctype, lcCtype.toUtf8().constData());
-    return dpb;
+    IAttachment* att = fb::guard([&] {
+        fb::Status st;
+        IXpbBuilder* dpb = fb::util()->getXpbBuilder(&st, IXpbBuilder::DPB, nullptr, 0);
+        try {
+            dpb->insertString(&st, isc_dpb_user_name, "SYSDBA");
+            dpb->insertString(&st, isc_dpb_password, password.toUtf8().constData());
+            dpb->insertInt(&st, isc_dpb_sql_dialect, 1);
+            dpb->insertString(&st, isc_dpb_lc_ctype, lcCtype.toUtf8().constData());
+            if (extra)
+                extra(st, dpb);
+            const QByteArray file = name.toUtf8();
+            IAttachment* a = mode == Mode::Create
+                                 ? fb::provider()->createDatabase(&st, file.constData(), dpb->getBufferLength(&st),
+                                                                  dpb->getBuffer(&st))
+                                 : fb::provider()->attachDatabase(&st, file.constData(), dpb->getBufferLength(&st),
+                                                                  dpb->getBuffer(&st));
+            dpb->dispose();
+            return a;
+        } catch (...) {
+            dpb->dispose();
+            throw;
+        }
+    });
+    reapplyTerminationHandler();
+    return att;
+}
+
+void detach(IAttachment* att)
+{
+    fb::guard([&] {
+        fb::Status st;
+        try {
+            att->detach(&st);
+        } catch (...) {
+            att->release();
+            throw;
+        }
+    });
 }
 
 } // namespace
@@ -44,20 +82,7 @@ void Database::open()
         return;
     if (beforeConnect)
         beforeConnect(*this);
-    fb::guard([&] {
-        fb::Status st;
-        IXpbBuilder* dpb = makeDpb(st, mPassword, mLcCtype);
-        const QByteArray name = mName.toUtf8();
-        try {
-            mAttachment = fb::provider()->attachDatabase(&st, name.constData(), dpb->getBufferLength(&st),
-                                                         dpb->getBuffer(&st));
-        } catch (...) {
-            dpb->dispose();
-            throw;
-        }
-        dpb->dispose();
-    });
-    reapplyTerminationHandler();
+    mAttachment = connect(mName, Mode::Attach, mPassword, mLcCtype.isEmpty() ? QStringLiteral("UTF8") : mLcCtype);
     ++mGeneration;
 }
 
@@ -73,57 +98,21 @@ void Database::close()
     IAttachment* att = mAttachment;
     mAttachment = nullptr;
     ++mGeneration;
-    fb::guard([&] {
-        fb::Status st;
-        try {
-            att->detach(&st);
-        } catch (...) {
-            att->release();
-            throw;
-        }
-    });
+    detach(att);
 }
 
 void Database::create(const QString& name, const QString& defaultCharset, const QString& password)
 {
-    fb::guard([&] {
-        fb::Status st;
-        IXpbBuilder* dpb = makeDpb(st, password, QStringLiteral("UTF8"));
+    detach(connect(name, Mode::Create, password, QStringLiteral("UTF8"), [&](fb::Status& st, IXpbBuilder* dpb) {
         dpb->insertInt(&st, isc_dpb_page_size, 8192);
         dpb->insertString(&st, isc_dpb_set_db_charset, defaultCharset.toUtf8().constData());
-        const QByteArray file = name.toUtf8();
-        IAttachment* att = nullptr;
-        try {
-            att = fb::provider()->createDatabase(&st, file.constData(), dpb->getBufferLength(&st),
-                                                 dpb->getBuffer(&st));
-        } catch (...) {
-            dpb->dispose();
-            throw;
-        }
-        dpb->dispose();
-        att->detach(&st);
-    });
-    reapplyTerminationHandler();
+    }));
 }
 
 void Database::setForcedWrites(const QString& name, bool on, const QString& password)
 {
-    fb::guard([&] {
-        fb::Status st;
-        IXpbBuilder* dpb = makeDpb(st, password, QStringLiteral("UTF8"));
-        dpb->insertInt(&st, isc_dpb_force_write, on ? 1 : 0);
-        const QByteArray file = name.toUtf8();
-        IAttachment* att = nullptr;
-        try {
-            att = fb::provider()->attachDatabase(&st, file.constData(), dpb->getBufferLength(&st),
-                                                 dpb->getBuffer(&st));
-        } catch (...) {
-            dpb->dispose();
-            throw;
-        }
-        dpb->dispose();
-        att->detach(&st);
-    });
+    detach(connect(name, Mode::Attach, password, QStringLiteral("UTF8"),
+                   [on](fb::Status& st, IXpbBuilder* dpb) { dpb->insertInt(&st, isc_dpb_force_write, on ? 1 : 0); }));
 }
 
 void Database::attachTransaction(Transaction* t)
