@@ -1,13 +1,13 @@
 #include "datoshelpers.h"
 
+#include "dm.h"
 #include "plaintext.h"
+#include "report.h"
 
 #include "query.h"
 #include "reportformat.h"
 
 #include <QDate>
-#include <QRegularExpression>
-#include <QTextDocumentFragment>
 
 namespace tv::reports {
 
@@ -118,6 +118,17 @@ QVariantList enFilas(const QVariantList& items, int columnas)
         filas.append(QVariantMap{{QStringLiteral("celdas"), celdas}});
     }
     return filas;
+}
+
+void abrirInmueble(Query& q, Tdm& data, const QString& codigo)
+{
+    q.setDatabase(data.datos);
+    q.setTransaction(data.Transacion);
+    q.setSQL(QStringLiteral("SELECT * FROM INMUEBLES WHERE CODIGO = :CODIGO"));
+    q.paramByName(QStringLiteral("CODIGO")).setAsString(codigo);
+    q.open();
+    if (q.eof())
+        throw ReportError(QStringLiteral("No existe el inmueble %1.").arg(codigo));
 }
 
 } // namespace tv::reports

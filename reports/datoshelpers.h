@@ -40,6 +40,9 @@ namespace tv::reports {
 // A property code as the register writes it: trimmed, left-padded with "0"
 // to five characters, a longer text cut to its first five.
 QString normalizarCodigo(const QString& codigo);
+// Opens q on the property's row ("SELECT * FROM INMUEBLES ..."); a code with
+// no property is refused with "No existe el inmueble NNNNN.".
+void abrirInmueble(Query& q, Tdm& data, const QString& codigo);
 // Splits a list into rows of `columnas` cells ({"celdas": [...]}), the last
 // row padded with {"vacia": true} so table columns stay aligned.
 QVariantList enFilas(const QVariantList& items, int columnas);

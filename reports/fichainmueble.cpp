@@ -263,11 +263,8 @@ QString plantillaFicha(Tdm& data, const QString& codigoInmueble)
 QVariantMap datosFichaInmueble(Tdm& data, const QString& codigoInmueble)
 {
     const QString codigo = normalizarCodigo(codigoInmueble);
-    Query q(data.datos, data.Transacion, QStringLiteral("SELECT * FROM INMUEBLES WHERE CODIGO = :CODIGO"));
-    q.paramByName(QStringLiteral("CODIGO")).setAsString(codigo);
-    q.open();
-    if (q.eof())
-        throw ReportError(QStringLiteral("No existe el inmueble %1.").arg(codigo));
+    Query q;
+    abrirInmueble(q, data, codigo);
 
     Descripciones desc(data);
     auto col = [&q](const char* c) { return q.fieldByName(QLatin1String(c)).value(); };

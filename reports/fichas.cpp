@@ -304,11 +304,8 @@ QVariantMap datosGestion(Tdm& data, int codigo)
 QVariantMap datosInmuebleGestion(Tdm& data, const QString& codigoInmueble)
 {
     const QString codigo = normalizarCodigo(codigoInmueble);
-    Query q(data.datos, data.Transacion, QStringLiteral("SELECT * FROM INMUEBLES WHERE CODIGO = :CODIGO"));
-    q.paramByName(QStringLiteral("CODIGO")).setAsString(codigo);
-    q.open();
-    if (q.eof())
-        throw ReportError(QStringLiteral("No existe el inmueble %1.").arg(codigo));
+    Query q;
+    abrirInmueble(q, data, codigo);
     Descripciones desc(data);
     QVariantMap i;
     i.insert(QStringLiteral("codigo"), codigo);

@@ -44,11 +44,8 @@ QString primeraFoto(Tdm& data, const QString& codigo)
 
 QVariantMap cabeceraInmueble(Tdm& data, Descripciones& desc, const QString& codigo)
 {
-    Query q(data.datos, data.Transacion, QStringLiteral("SELECT * FROM INMUEBLES WHERE CODIGO = :CODIGO"));
-    q.paramByName(QStringLiteral("CODIGO")).setAsString(codigo);
-    q.open();
-    if (q.eof())
-        throw ReportError(QStringLiteral("No existe el inmueble %1.").arg(codigo));
+    Query q;
+    abrirInmueble(q, data, codigo);
     QVariantMap i;
     i.insert(QStringLiteral("codigo"), codigo);
     i.insert(QStringLiteral("tipo"), desc.tipoInmueble(col(q, "CODTIPOINMUEBLE")));
