@@ -2,6 +2,7 @@
 
 #include "datafolder.h"
 #include "dm.h"
+#include "wordlists.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -249,14 +250,6 @@ QString u8(const char* s)
     return QString::fromUtf8(s);
 }
 
-QStringList listOf(std::initializer_list<const char*> items)
-{
-    QStringList out;
-    for (const char* s : items)
-        out << QString::fromUtf8(s);
-    return out;
-}
-
 // Lower-case ASCII letters and digits only, for user names and e-mail addresses.
 QString ascii(const QString& s)
 {
@@ -273,179 +266,11 @@ QString pad(qint64 n, int width)
 
 // --------------------------------------------------------------- the world
 
+using demo::Tipo;
+using demo::Town;
+
+// The agency's own address.
 const QString kValencia = QStringLiteral("Valencia/València");
-const QString kAlicante = QStringLiteral("Alicante/Alacant");
-
-struct Town {
-    const char* name; // as in MUNICIPIOS.DESMUNIINE
-    bool alicante;
-    int ine;
-    int cp;
-    int cpCount;
-    int weight;
-    int priceFactor; // percent of the base prices
-    bool coast;
-    double lat;
-    double lon;
-    const char* zones; // '|'-separated
-};
-
-const Town kTowns[] = {
-    {"València", false, 46250, 46001, 23, 30, 115, true, 39.4699, -0.3763,
-     "Ruzafa|El Carmen|Benimaclet|Campanar|Malvarrosa|Patraix"},
-    {"Gandia", false, 46131, 46700, 3, 6, 90, true, 38.9675, -0.1814,
-     "Gandia Centro|Playa de Gandia|Beniopa"},
-    {"Torrent", false, 46244, 46900, 2, 5, 85, false, 39.4371, -0.4655, "Torrent Centro|El Vedat"},
-    {"Paterna", false, 46190, 46980, 1, 4, 95, false, 39.5025, -0.4406, "Paterna Centro|La Canyada"},
-    {"Sagunto/Sagunt", false, 46220, 46500, 1, 4, 85, true, 39.6766, -0.2789,
-     "Casco de Sagunto|Puerto de Sagunto"},
-    {"Alzira", false, 46017, 46600, 1, 3, 75, false, 39.1510, -0.4350, "Alzira Centro"},
-    {"Cullera", false, 46105, 46400, 1, 3, 95, true, 39.1636, -0.2531, "Cullera Centro|Playa del Racó"},
-    {"Burjassot", false, 46078, 46100, 1, 3, 85, false, 39.5092, -0.4131, "Burjassot Centro"},
-    {"Alicante/Alacant", true, 3014, 3001, 16, 20, 105, true, 38.3452, -0.4810,
-     "Alicante Centro|Playa de San Juan|Benalúa|San Blas|Albufereta|Carolinas"},
-    {"Elche/Elx", true, 3065, 3201, 8, 9, 85, false, 38.2669, -0.6983, "Elx Centro|Altabix|Carrús|El Pla"},
-    {"Benidorm", true, 3031, 3501, 3, 8, 120, true, 38.5411, -0.1225,
-     "Levante|Poniente|Rincón de Loix|Benidorm Centro"},
-    {"Torrevieja", true, 3133, 3181, 6, 8, 80, true, 37.9787, -0.6822,
-     "Torrevieja Centro|La Mata|Los Balcones|Punta Prima"},
-    {"Dénia", true, 3063, 3700, 1, 4, 120, true, 38.8408, 0.1057, "Dénia Centro|Les Marines|Les Rotes"},
-    {"Jávea/Xàbia", true, 3082, 3730, 1, 3, 140, true, 38.7893, 0.1661,
-     "Puerto de Xàbia|Arenal|Casco de Xàbia"},
-    {"Altea", true, 3018, 3590, 1, 3, 135, true, 38.5989, -0.0514, "Casco de Altea|Altea Hills"},
-    {"Calp", true, 3047, 3710, 1, 3, 115, true, 38.6447, 0.0445, "Calp Centro|Playa Arenal-Bol"},
-    {"Santa Pola", true, 3121, 3130, 1, 3, 90, true, 38.1917, -0.5658, "Santa Pola Centro|Gran Alacant"},
-    {"Orihuela", true, 3099, 3300, 1, 3, 75, true, 38.0849, -0.9441, "Orihuela Centro|Orihuela Costa"},
-    {"Villajoyosa/Vila Joiosa, la", true, 3139, 3570, 1, 2, 95, true, 38.5075, -0.2333, "La Vila Centro"},
-};
-constexpr int kTownCount = int(sizeof kTowns / sizeof kTowns[0]);
-
-struct Tipo {
-    int codigo;
-    int familia;
-    const char* nombre; // for texts
-    const char* mayus;  // TIPOINMUEBLE.DESCRIPCION
-    const char* ingles;
-    const char* ruso;
-    bool femenino;
-    int peso;
-    int m2Min, m2Max;
-    int ventaMin, ventaMax; // cents per m²
-    int alqMin, alqMax;     // cents per m² and month
-};
-
-const Tipo kTipos[] = {
-    {1, 1, "piso", "PISO", "Flat", "Квартира", false, 300, 60, 160, 130000, 260000, 700, 1300},
-    {2, 1, "apartamento", "APARTAMENTO", "Apartment", "Апартаменты", false, 140, 40, 90, 150000, 300000, 800,
-     1500},
-    {3, 1, "ático", "ATICO", "Penthouse", "Пентхаус", false, 45, 70, 180, 180000, 350000, 900, 1600},
-    {4, 1, "dúplex", "DUPLEX", "Duplex", "Дуплекс", false, 30, 90, 200, 140000, 260000, 700, 1200},
-    {5, 1, "estudio", "ESTUDIO", "Studio", "Студия", false, 25, 28, 50, 150000, 280000, 1000, 1600},
-    {6, 1, "loft", "LOFT", "Loft", "Лофт", false, 8, 50, 110, 160000, 280000, 900, 1400},
-    {7, 1, "planta baja", "PLANTA BAJA", "Ground-floor flat", "Квартира", true, 30, 60, 140, 90000, 170000,
-     600, 1000},
-    {8, 2, "casa", "CASA", "House", "Дом", true, 40, 100, 250, 90000, 180000, 500, 900},
-    {9, 2, "chalet", "CHALET", "Detached house", "Вилла", false, 55, 150, 450, 140000, 320000, 600, 1100},
-    {10, 2, "adosado", "ADOSADO", "Terraced house", "Таунхаус", false, 35, 110, 220, 120000, 220000, 600,
-     1000},
-    {11, 2, "pareado", "PAREADO", "Semi-detached house", "Дом", false, 15, 130, 240, 130000, 240000, 600,
-     1000},
-    {12, 2, "bungalow", "BUNGALOW", "Bungalow", "Бунгало", false, 25, 50, 100, 130000, 240000, 800, 1300},
-    {13, 2, "casa de pueblo", "CASA DE PUEBLO", "Village house", "Дом", true, 15, 80, 200, 50000, 110000, 400,
-     700},
-    {14, 2, "masía", "MASIA", "Country farmhouse", "Усадьба", true, 4, 200, 600, 80000, 180000, 300, 600},
-    {15, 2, "casa rural", "CASA RURAL", "Country house", "Дом", true, 5, 120, 350, 70000, 150000, 400, 800},
-    {16, 3, "solar", "SOLAR", "Building plot", "Участок", false, 20, 200, 1500, 8000, 35000, 30, 100},
-    {17, 3, "parcela", "PARCELA", "Plot", "Участок", true, 15, 300, 2000, 6000, 25000, 20, 80},
-    {18, 3, "terreno", "TERRENO", "Land", "Земля", false, 10, 2000, 30000, 300, 2500, 2, 10},
-    {19, 4, "nave industrial", "NAVE INDUSTRIAL", "Industrial unit", "Склад", true, 20, 300, 2500, 35000,
-     90000, 250, 500},
-    {20, 4, "almacén", "ALMACEN", "Warehouse", "Склад", false, 12, 100, 800, 30000, 70000, 250, 500},
-    {21, 5, "local comercial", "LOCAL COMERCIAL", "Commercial premises", "Помещение", false, 50, 50, 300,
-     80000, 250000, 700, 1500},
-    {22, 5, "oficina", "OFICINA", "Office", "Офис", true, 25, 40, 250, 100000, 250000, 700, 1400},
-    {23, 6, "plaza de garaje", "GARAJE", "Parking space", "Гараж", true, 40, 10, 30, 60000, 150000, 400, 900},
-    {24, 6, "trastero", "TRASTERO", "Storage room", "Кладовая", false, 12, 4, 15, 50000, 100000, 500, 900},
-    {25, 7, "edificio", "EDIFICIO", "Building", "Здание", false, 3, 600, 3000, 80000, 200000, 500, 900},
-    {26, 7, "hotel", "HOTEL", "Hotel", "Отель", false, 1, 1500, 6000, 100000, 250000, 500, 1000},
-    {27, 8, "finca rústica", "FINCA RUSTICA", "Country estate", "Усадьба", true, 10, 10000, 200000, 150, 1500,
-     2, 10},
-};
-constexpr int kTipoCount = int(sizeof kTipos / sizeof kTipos[0]);
-
-const char* const kOperaciones[] = {
-    "", "VENTA", "ALQUILER", "TRASPASO", "ALQUILER OPC. COMPRA", "ALQUILER TEMPORADA"};
-const char* const kEnOperacion[] = {"",
-                                    "en venta",
-                                    "en alquiler",
-                                    "en traspaso",
-                                    "en alquiler con opción a compra",
-                                    "en alquiler de temporada"};
-const char* const kCabecera[] = {
-    "", "SE VENDE", "SE ALQUILA", "SE TRASPASA", "ALQUILER CON OPCIÓN A COMPRA", "SE ALQUILA POR TEMPORADAS"};
-const char* const kCabeceraEng[] = {"",           "FOR SALE", "TO LET", "BUSINESS FOR SALE", "RENT TO BUY",
-                                    "HOLIDAY LET"};
-
-// Feature flags drawn for every property: percent chance of "S" by family 1..8.
-struct Flag {
-    const char* column;
-    std::array<int, 8> percent;
-    const char* texto; // how the description names it, or null
-};
-
-const Flag kFlags[] = {
-    {"CASCENSOR", {70, 3, 0, 0, 35, 20, 80, 0}, "ascensor"},
-    {"CGARAJE", {30, 60, 0, 30, 5, 0, 50, 30}, "plaza de garaje"},
-    {"CPISCINA", {15, 45, 0, 0, 0, 0, 20, 25}, "piscina"},
-    {"CTERRAZA", {45, 70, 0, 0, 10, 0, 40, 30}, "terraza"},
-    {"CTRASTERO", {25, 40, 0, 0, 5, 0, 20, 30}, "trastero"},
-    {"CAIRE", {60, 60, 0, 20, 65, 0, 60, 20}, "aire acondicionado"},
-    {"CCALEFACCION", {35, 50, 0, 10, 40, 0, 50, 30}, "calefacción"},
-    {"CEXTERIOR", {75, 100, 0, 60, 80, 0, 100, 100}, nullptr},
-    {"CMUEBLES", {25, 25, 0, 0, 10, 0, 40, 10}, nullptr},
-    {"CJARDIN", {5, 75, 0, 0, 0, 0, 20, 60}, "jardín"},
-    {"CCHIMENEA", {5, 40, 0, 0, 0, 0, 10, 60}, "chimenea"},
-    {"CARMARIOS", {70, 70, 0, 0, 20, 0, 60, 40}, "armarios empotrados"},
-    {"CPUERTABLINDADA", {50, 40, 0, 20, 30, 0, 40, 10}, "puerta blindada"},
-    {"CVIDRIOSDOBLES", {45, 50, 0, 10, 40, 0, 50, 20}, "doble acristalamiento"},
-    {"CLAVADERO", {50, 60, 0, 0, 0, 0, 40, 30}, "galería-lavadero"},
-    {"CCOCINA", {100, 100, 0, 0, 10, 0, 100, 90}, nullptr},
-    {"CCOMEDOR", {60, 80, 0, 0, 0, 0, 60, 70}, nullptr},
-    {"CGAS", {50, 40, 0, 20, 20, 0, 50, 10}, "gas natural"},
-    {"CLUZ", {100, 100, 60, 100, 100, 90, 100, 60}, nullptr},
-    {"CAGUA", {100, 100, 60, 100, 100, 20, 100, 70}, nullptr},
-    {"CADSL", {60, 50, 0, 40, 70, 0, 70, 20}, "fibra óptica"},
-    {"CVISTAS", {20, 40, 20, 0, 5, 0, 40, 50}, "buenas vistas"},
-    {"CSOLEADO", {60, 70, 30, 0, 20, 0, 60, 70}, nullptr},
-    {"CSEGURIDAD", {10, 20, 0, 30, 30, 40, 30, 5}, "sistema de seguridad"},
-    {"CESCAPARATE", {0, 0, 0, 10, 60, 0, 20, 0}, "escaparate"},
-    {"CESQUINA", {5, 10, 15, 15, 25, 0, 30, 0}, "situación en esquina"},
-    {"CSALIDAHUMOS", {0, 0, 0, 20, 30, 0, 20, 0}, "salida de humos"},
-    {"CMUELLE", {0, 0, 0, 40, 0, 0, 0, 0}, "muelle de carga"},
-    {"COFICINA", {0, 0, 0, 50, 30, 0, 20, 0}, "oficina"},
-    {"CVESTUARIOS", {0, 0, 0, 40, 5, 0, 0, 0}, "vestuarios"},
-    {"CURBANIZADO", {0, 40, 60, 80, 0, 0, 0, 0}, nullptr},
-    {"CASFALTADO", {0, 0, 50, 80, 0, 0, 0, 10}, nullptr},
-    {"CALUMBRADO", {0, 0, 50, 80, 0, 0, 0, 0}, nullptr},
-    {"CALCANTARILLADO", {0, 0, 45, 80, 0, 0, 0, 0}, nullptr},
-    {"CNUEVA_CONSTRUCCION", {8, 8, 0, 5, 5, 5, 5, 0}, nullptr},
-    {"CVPO", {4, 1, 0, 0, 0, 0, 0, 0}, nullptr},
-    {"CLLAVES", {60, 50, 30, 50, 60, 60, 40, 30}, nullptr},
-    {"CSEPUEDEVISITAR", {90, 90, 90, 90, 90, 90, 80, 90}, nullptr},
-    {"CDISPONIBLE", {80, 80, 90, 80, 80, 90, 70, 90}, nullptr},
-    {"CPLANOS", {40, 50, 60, 60, 50, 10, 70, 40}, nullptr},
-    {"CACESIBILIDAD", {20, 10, 0, 30, 40, 20, 30, 0}, nullptr},
-    {"CSUITE", {10, 30, 0, 0, 0, 0, 20, 10}, nullptr},
-    {"CCERRADO", {0, 0, 40, 60, 0, 40, 0, 30}, nullptr},
-    {"EXCLUSIVA", {30, 30, 30, 30, 30, 30, 30, 30}, nullptr},
-};
-constexpr int kFlagCount = int(sizeof kFlags / sizeof kFlags[0]);
-int flagIndex(const char* column)
-{
-    for (int i = 0; i < kFlagCount; ++i)
-        if (std::strcmp(kFlags[i].column, column) == 0) return i;
-    throw std::logic_error(column);
-}
 
 // Flags a new property starts with "N" and the demo does not use.
 const char* const kFlagsNo[] = {
@@ -502,7 +327,7 @@ struct Persona {
 
 struct Inmueble {
     QString codigo;
-    int tipo = 0; // index into kTipos
+    int tipo = 0; // index into the property types
     int op = 1;
     int town = 0;
     int zona = 0;         // index into the zone list
@@ -663,10 +488,13 @@ public:
     Demo(Tdm& data, quint32 seed, const DemoSize& size)
         : d(data), r(seed), s(size), hoy(size.hoy.isValid() ? size.hoy : QDate::currentDate())
     {
-        for (int i = 0; i < kTownCount; ++i)
-            townWeights.push_back(kTowns[i].weight);
-        for (int i = 0; i < kTipoCount; ++i)
-            tipoWeights.push_back(kTipos[i].peso);
+        // planInmuebles() weighs five operations; agentes() files agents under three departments.
+        if (w.operaciones.size() != 5 || w.departamentos.size() < 3)
+            throw std::logic_error("demo word lists: five operations and three departments expected");
+        for (const Town& t : w.towns)
+            townWeights.push_back(t.weight);
+        for (const Tipo& t : w.tipos)
+            tipoWeights.push_back(t.peso);
     }
 
     void run();
@@ -674,9 +502,13 @@ public:
 private:
     int maxOf(const char* table, const char* column, Database* db = nullptr);
     void moveGenerator(const char* generator, qint64 value, Database* db = nullptr);
-    QString townName(int t) const { return u8(kTowns[t].name); }
-    const QString& province(int t) const { return kTowns[t].alicante ? kAlicante : kValencia; }
-    QString cp(int t) { return pad(kTowns[t].cp + r.range(0, kTowns[t].cpCount - 1), 5); }
+    const Town& townAt(int t) const { return w.towns[size_t(t)]; }
+    const Tipo& tipoAt(int t) const { return w.tipos[size_t(t)]; }
+    const demo::TipoOperacion& operacionAt(int op) const { return w.operaciones[size_t(op - 1)]; }
+    int flagIndex(const char* column) const;
+    const QString& townName(int t) const { return townAt(t).name; }
+    const QString& province(int t) const { return townAt(t).province; }
+    QString cp(int t) { return pad(townAt(t).cp + r.range(0, townAt(t).cpCount - 1), 5); }
     int randomTown() { return r.weighted(townWeights); }
     QString nif();
     QString movil() { return QString::number(r.range(600000000, 699999999)); }
@@ -719,78 +551,9 @@ private:
     Rng r;
     DemoSize s;
     QDate hoy;
+    const demo::WordLists& w = demo::wordLists();
     std::vector<int> townWeights;
     std::vector<int> tipoWeights;
-
-    QStringList hombres =
-        listOf({"José",   "Antonio", "Manuel", "Francisco", "Juan",     "David", "Javier",   "Jesús",
-                "Daniel", "Carlos",  "Miguel", "Alejandro", "Rafael",   "Pablo", "Sergio",   "Vicente",
-                "Andrés", "Joaquín", "Álvaro", "Rubén",     "Óscar",    "Iván",  "Raúl",     "Ramón",
-                "Jordi",  "Pau",     "Vicent", "Enrique",   "Fernando", "Luis",  "Salvador", "Ismael"});
-    QStringList mujeres =
-        listOf({"María",   "Carmen", "Ana",   "Isabel",   "Laura",    "Lucía",  "Marta",  "Cristina",
-                "Pilar",   "Elena",  "Rosa",  "Paula",    "Sara",     "Raquel", "Inés",   "Teresa",
-                "Amparo",  "Begoña", "Nuria", "Sofía",    "Mónica",   "Silvia", "Ángela", "Verónica",
-                "Beatriz", "Alicia", "Rocío", "Mercedes", "Consuelo", "Neus",   "Marina", "Noelia"});
-    QStringList apellidos = listOf(
-        {"García",    "Martínez", "López",     "Sánchez", "González", "Gómez",     "Fernández", "Moreno",
-         "Jiménez",   "Pérez",    "Rodríguez", "Navarro", "Ruiz",     "Díaz",      "Serrano",   "Hernández",
-         "Muñoz",     "Sáez",     "Romero",    "Rubio",   "Alfaro",   "Molina",    "Lozano",    "Castillo",
-         "Ortega",    "Morales",  "Ortiz",     "Marín",   "Peña",     "Ferrer",    "Llorens",   "Ibáñez",
-         "Soler",     "Mas",      "Vidal",     "Martí",   "Escrivà",  "Climent",   "Beltrán",   "Gil",
-         "Català",    "Cortés",   "Garrido",   "Blasco",  "Cano",     "Esteve",    "Pastor",    "Domínguez",
-         "Giménez",   "Sanchis",  "Bernabeu",  "Llopis",  "Ripoll",   "Carbonell", "Boix",      "Císcar",
-         "Ballester", "Miralles", "Tomás",     "Bañón"});
-    QStringList extranjeros = listOf({"Hans Müller", "Sarah Johnson", "Ivan Petrov", "Olga Smirnova",
-                                      "Pieter de Vries", "Claire Dubois", "Lars Nielsen", "Anna Kowalska",
-                                      "James O'Brien", "Giulia Rossi", "Erik Andersson", "Natalia Ivanova",
-                                      "Thomas Weber", "Emma Williams", "Sergei Volkov", "Sophie Lambert"});
-    QStringList paisesExtranjeros = listOf({"Alemania", "Reino Unido", "Rusia", "Rusia", "Países Bajos",
-                                            "Francia", "Dinamarca", "Polonia", "Irlanda", "Italia", "Suecia",
-                                            "Rusia", "Alemania", "Reino Unido", "Rusia", "Bélgica"});
-    QStringList calles = listOf({"Colón",
-                                 "Blasco Ibáñez",
-                                 "Reino de Valencia",
-                                 "Mayor",
-                                 "San Vicente",
-                                 "Doctor Fleming",
-                                 "de la Paz",
-                                 "Maisonnave",
-                                 "Jaume I",
-                                 "Pintor Sorolla",
-                                 "Cervantes",
-                                 "Gran Vía",
-                                 "del Mar",
-                                 "Mediterráneo",
-                                 "de la Constitución",
-                                 "Alfonso el Sabio",
-                                 "Hernán Cortés",
-                                 "Ramón y Cajal",
-                                 "Virgen del Carmen",
-                                 "Los Naranjos",
-                                 "de la Huerta",
-                                 "Sant Roc",
-                                 "Les Palmeres",
-                                 "Azorín",
-                                 "Gabriel Miró",
-                                 "Vicente Blasco",
-                                 "del Puerto",
-                                 "Marqués del Turia",
-                                 "Peris y Valero",
-                                 "Cardenal Belluga",
-                                 "Séneca",
-                                 "Juan de Garay",
-                                 "Padre Jofré",
-                                 "del Pilar",
-                                 "de Europa",
-                                 "Isaac Peral",
-                                 "Almirante Cadarso",
-                                 "Sant Josep",
-                                 "dels Furs",
-                                 "Literato Azorín"});
-    QStringList caminos = listOf({"Partida la Marina", "Camí Vell", "Partida les Sorts", "Camí de la Font",
-                                  "Partida el Pla", "Camí dels Horts", "Partida Benimussa", "Camí del Riu"});
-    QStringList siglas = listOf({"CL", "CL", "CL", "CL", "CL", "CL", "AV", "AV", "AV", "PZ", "PS"});
 
     std::vector<Agente> mAgentes;
     std::vector<Zona> mZonas;
@@ -814,6 +577,13 @@ private:
     int lastDem = 0, lastDesc = 0, lastGest = 0, lastAgenda = 0, lastOp = 0, lastGasto = 0, lastFoto = 0,
         lastDep = 0;
 };
+
+int Demo::flagIndex(const char* column) const
+{
+    for (size_t i = 0; i < w.flags.size(); ++i)
+        if (w.flags[i].column == column) return int(i);
+    throw std::logic_error(column);
+}
 
 int Demo::maxOf(const char* table, const char* column, Database* db)
 {
@@ -841,22 +611,20 @@ QString Demo::nif()
 
 QString Demo::mail(const QString& nombre, const QString& apellido)
 {
-    static const char* const domains[] = {"gmail.com", "hotmail.com", "yahoo.es", "outlook.es",
-                                          "telefonica.net"};
-    const int dom = r.range(0, 4);
+    const QString& dom = r.pick(w.dominiosCorreo);
     const bool num = r.chance(40);
     QString local = ascii(nombre) + QLatin1Char('.') + ascii(apellido);
     if (num) {
         const int n = r.range(1, 99);
         local += QString::number(n);
     }
-    return local + QLatin1Char('@') + QLatin1String(domains[dom]);
+    return local + QLatin1Char('@') + dom;
 }
 
 qint64 Demo::priceOf(int tipo, int op, int town, int m2)
 {
-    const Tipo& t = kTipos[tipo];
-    const int factor = kTowns[town].priceFactor;
+    const Tipo& t = tipoAt(tipo);
+    const int factor = townAt(town).priceFactor;
     if (op == 1 || op == 3) {
         const int perM2 = r.range(t.ventaMin, t.ventaMax);
         qint64 euros = qint64(m2) * perM2 / 100 * factor / 100;
@@ -943,9 +711,9 @@ void Demo::agentes()
     baseDep = maxOf("DEPARTAMENTOS", "CODIGO");
     lastDep = baseDep;
     Inserter dep(d.datos, d.Transacion, "DEPARTAMENTOS");
-    for (const char* name : {"Ventas", "Alquileres", "Administración"}) {
+    for (const QString& name : w.departamentos) {
         dep.set("CODIGO", ++lastDep);
-        dep.set("DESCRIPCION", u8(name));
+        dep.set("DESCRIPCION", name);
         dep.exec();
     }
 
@@ -961,9 +729,9 @@ void Demo::agentes()
     const int n = std::max(1, s.agentes);
     for (int k = 0; k < n; ++k) {
         const bool mujer = r.chance(50);
-        const QString nombre = mujer ? r.pick(mujeres) : r.pick(hombres);
-        const QString ap1 = r.pick(apellidos);
-        const QString ap2 = r.pick(apellidos);
+        const QString nombre = mujer ? r.pick(w.mujeres) : r.pick(w.hombres);
+        const QString ap1 = r.pick(w.apellidos);
+        const QString ap2 = r.pick(w.apellidos);
         const QString apeynom = nombre + QLatin1Char(' ') + ap1 + QLatin1Char(' ') + ap2;
         QString usuario;
         QString clave;
@@ -1014,8 +782,8 @@ void Demo::agentes()
         ins.set("CONTRASENA", clave);
         ins.set("CODDEPARTAMENTO", k == 0 ? baseDep + 3 : baseDep + 1 + k % 2);
         ins.set("FECHAALTA", hoy.addYears(-3).addDays(-r.range(0, 700)));
-        ins.set("DIRSIGLA", r.pick(siglas));
-        ins.set("DIR", r.pick(calles));
+        ins.set("DIRSIGLA", r.pick(w.siglas));
+        ins.set("DIR", r.pick(w.calles));
         ins.set("DIRNUM", QString::number(r.range(1, 120)));
         ins.set("DIRPISO", QString::number(r.range(1, 9)));
         ins.set("DIRLETRA", QString(QChar(QLatin1Char('A').unicode() + r.range(0, 3))));
@@ -1045,14 +813,14 @@ void Demo::zonas()
 {
     baseZona = maxOf("ZONAS", "CODIGO");
     Inserter ins(d.datos, d.Transacion, "ZONAS");
-    mZonasDe.assign(kTownCount, {});
-    for (int t = 0; t < kTownCount; ++t) {
-        for (const QString& name : u8(kTowns[t].zones).split(QLatin1Char('|'))) {
+    mZonasDe.assign(w.towns.size(), {});
+    for (int t = 0; t < int(w.towns.size()); ++t) {
+        for (const QString& name : townAt(t).zones) {
             const Zona z{baseZona + int(mZonas.size()) + 1, t, name};
             mZonasDe[t].push_back(int(mZonas.size()));
             mZonas.push_back(z);
             ins.set("CODIGO", z.codigo);
-            ins.set("CODMUNIINE", kTowns[t].ine);
+            ins.set("CODMUNIINE", townAt(t).ine);
             ins.set("DESCRIPCION", name);
             ins.exec();
         }
@@ -1062,13 +830,13 @@ void Demo::zonas()
 int Demo::pickTipo(int familia)
 {
     std::vector<int> idx;
-    std::vector<int> w;
-    for (int i = 0; i < kTipoCount; ++i)
-        if (kTipos[i].familia == familia) {
+    std::vector<int> weights;
+    for (int i = 0; i < int(w.tipos.size()); ++i)
+        if (tipoAt(i).familia == familia) {
             idx.push_back(i);
-            w.push_back(kTipos[i].peso);
+            weights.push_back(tipoAt(i).peso);
         }
-    return idx[r.weighted(w)];
+    return idx[size_t(r.weighted(weights))];
 }
 
 int Demo::metros(const Tipo& t)
@@ -1094,12 +862,12 @@ void Demo::planInmuebles()
         Inmueble m;
         m.codigo = pad(baseInm + i + 1, 5);
         m.tipo = r.weighted(tipoWeights);
-        const Tipo& t = kTipos[m.tipo];
+        const Tipo& t = tipoAt(m.tipo);
         m.town = randomTown();
         const std::vector<int>& zs = mZonasDe[m.town];
         m.zona = zs[r.range(0, int(zs.size()) - 1)];
         m.op = r.weighted(opWeights[t.familia - 1]) + 1;
-        if (m.op == 5 && !kTowns[m.town].coast) m.op = 2;
+        if (m.op == 5 && !townAt(m.town).coast) m.op = 2;
         m.m2 = metros(t);
         m.precio = priceOf(m.tipo, m.op, m.town, m.m2);
         m.agente = mAgentes[r.range(0, int(mAgentes.size()) - 1)].codigo;
@@ -1125,23 +893,6 @@ void Demo::personas(bool clientes)
                 primera[m.propietario] = m.alta;
 
     static const int origWeights[] = {18, 22, 8, 3, 10, 12, 10, 9, 5, 2, 1};
-    static const char* const bancos[] = {"2100", "0049", "0182", "0081", "2038", "3058", "0128", "2085"};
-    const QStringList civiles = listOf({"Soltero", "Casado", "Casado", "Casado", "Divorciado", "Viudo"});
-    const QStringList estudios =
-        listOf({"Primarios", "Secundarios", "Bachillerato", "Formación profesional", "Universitarios"});
-    const QStringList laborales =
-        listOf({"Cuenta ajena", "Cuenta ajena", "Cuenta propia", "Funcionariado", "Desempleo"});
-    const QStringList notasCli =
-        listOf({"Prefiere que le llamen por la tarde.", "Busca vivienda para su hija.",
-                "Tiene que vender su vivienda actual antes de comprar.",
-                "Necesita financiación; tiene cita con el banco.", "Quiere estar cerca de un colegio.",
-                "Trabaja en el centro; busca buena comunicación.", "Cliente recomendado por otro comprador.",
-                "Busca una segunda residencia cerca de la playa."});
-    const QStringList notasProp = listOf(
-        {"Prefiere que le llamen por la mañana.", "Vive fuera; las llaves están en la oficina.",
-         "Acepta negociar el precio si la venta es rápida.", "Heredero junto con sus hermanos.",
-         "Tiene otros inmuebles que quizá ponga en venta.", "Pide que se avise antes de cada visita."});
-
     Inserter ins(d.datos, d.Transacion, clientes ? "CLIENTES" : "PROPIETARIOS");
     std::vector<Persona>& out = clientes ? mCli : mProp;
     out.reserve(size_t(n));
@@ -1155,9 +906,9 @@ void Demo::personas(bool clientes)
         QString documento;
         QString nota;
         if (extranjero) {
-            const int k = r.range(0, int(extranjeros.size()) - 1);
-            p.apeynom = extranjeros.at(k);
-            mujer = k % 2 == 1;
+            const demo::Extranjero& e = w.extranjeros[size_t(r.range(0, int(w.extranjeros.size()) - 1))];
+            p.apeynom = e.nombre;
+            mujer = e.mujer;
             nombre = p.apeynom.section(QLatin1Char(' '), 0, 0);
             ap1 = p.apeynom.section(QLatin1Char(' '), -1);
             static const char letters[] = "TRWAGMYFPDXBNJZSQVHLCKE";
@@ -1165,12 +916,12 @@ void Demo::personas(bool clientes)
             const int num = r.range(0, 9999999);
             documento =
                 QLatin1Char(y ? 'Y' : 'X') + pad(num, 7) + QLatin1Char(letters[(y * 10000000 + num) % 23]);
-            nota = u8("Cliente extranjero (%1); habla inglés.").arg(paisesExtranjeros.at(k));
+            nota = u8("Cliente extranjero (%1); habla inglés.").arg(e.pais);
         } else {
             mujer = r.chance(50);
-            nombre = mujer ? r.pick(mujeres) : r.pick(hombres);
-            ap1 = r.pick(apellidos);
-            const QString ap2 = r.pick(apellidos);
+            nombre = mujer ? r.pick(w.mujeres) : r.pick(w.hombres);
+            ap1 = r.pick(w.apellidos);
+            const QString ap2 = r.pick(w.apellidos);
             p.apeynom = nombre + QLatin1Char(' ') + ap1 + QLatin1Char(' ') + ap2;
             documento = nif();
         }
@@ -1196,8 +947,8 @@ void Demo::personas(bool clientes)
         ins.set("TRATO", mujer ? (trato ? u8("Dª") : u8("Sra.")) : (trato ? u8("Dº") : u8("Sr.")));
         ins.set("APEYNOM", p.apeynom);
         ins.set("NIF", documento);
-        ins.set("DIRSIGLA", r.pick(siglas));
-        ins.set("DIR", r.pick(calles));
+        ins.set("DIRSIGLA", r.pick(w.siglas));
+        ins.set("DIR", r.pick(w.calles));
         ins.set("DIRNUM", QString::number(r.range(1, 150)));
         ins.set("DIRPISO", QString::number(r.range(1, 12)));
         ins.set("DIRLETRA", QString::number(r.range(1, 16)));
@@ -1210,7 +961,7 @@ void Demo::personas(bool clientes)
         ins.set("TEL_MOVIL", p.movil);
         ins.set("MAIL", orNull(correo));
         if (r.chance(clientes ? 25 : 60)) {
-            const QString banco = QLatin1String(bancos[r.range(0, 7)]);
+            const QString banco = r.pick(w.bancos);
             const QString sucursal = pad(r.range(1, 9999), 4);
             const QString cuenta = pad(r.range(0, 99999), 5) + pad(r.range(0, 99999), 5);
             const QString dc = QString::number(cccDigit(QStringLiteral("00") + banco + sucursal)) +
@@ -1227,15 +978,16 @@ void Demo::personas(bool clientes)
         const int edad = r.range(25, 80);
         ins.set("SEXO", mujer ? QStringLiteral("M") : QStringLiteral("H"));
         ins.set("FECHA_NACIMIENTO", hoy.addYears(-edad).addDays(-r.range(0, 364)));
-        QString civil = r.pick(civiles);
+        QString civil = r.pick(w.estadosCiviles);
         if (mujer) civil.replace(civil.size() - 1, 1, QLatin1Char('a'));
         ins.set("ESTADO_CIVIL", civil);
-        ins.set("NIVEL_ESTUDIOS", r.pick(estudios));
-        ins.set("SITUACION_LABORAL", edad > 67 ? u8("Jubilación") : r.pick(laborales));
+        ins.set("NIVEL_ESTUDIOS", r.pick(w.estudios));
+        ins.set("SITUACION_LABORAL", edad > 67 ? u8("Jubilación") : r.pick(w.situacionesLaborales));
         ins.set("CODAGENTE", p.agente);
         ins.set("CODPROCEDENCIA", p.origen);
         ins.set("SITUACION", p.situacion);
-        if (nota.isEmpty() && r.chance(clientes ? 35 : 30)) nota = r.pick(clientes ? notasCli : notasProp);
+        if (nota.isEmpty() && r.chance(clientes ? 35 : 30))
+            nota = r.pick(clientes ? w.notasCliente : w.notasPropietario);
         ins.set("OBSERVACIONES", orNull(nota));
         ins.exec();
         out.push_back(p);
@@ -1329,47 +1081,21 @@ void Demo::inmuebles()
     static const int energyWeights[] = {3, 5, 8, 15, 35, 15, 9};
     static const int energyFrom[] = {20, 45, 75, 115, 175, 355, 425};
     static const int energyTo[] = {44, 74, 114, 174, 354, 424, 600};
-    const QStringList extras[8] = {
-        listOf({"Mucha luz natural, cerca de colegios, comercios y transporte público.",
-                "Finca bien conservada en una calle tranquila.",
-                "A pocos minutos a pie del centro y de todos los servicios.",
-                "Ideal para familias o como inversión.",
-                "Reformado recientemente, listo para entrar a vivir."}),
-        listOf({"Parcela con orientación sur y zona de barbacoa.",
-                "Entorno residencial con todos los servicios cerca.",
-                "Ideal para disfrutar del clima mediterráneo todo el año.",
-                "Zona tranquila y bien comunicada."}),
-        listOf({"Terreno llano con buen acceso.", "Calificación urbanística residencial.",
-                "Ideal para construir una vivienda unifamiliar.", "Con agua y luz a pie de parcela."}),
-        listOf({"Acceso para camiones y zona de maniobra.", "En polígono industrial consolidado.",
-                "Altura libre suficiente para estanterías industriales."}),
-        listOf({"Zona de mucho paso, ideal para cualquier negocio.", "Fachada amplia a calle comercial.",
-                "Apto para oficina, consulta o despacho profesional."}),
-        listOf({"Fácil acceso y maniobra cómoda.", "Puerta automática con mando a distancia.",
-                "En edificio con vigilancia."}),
-        listOf({"Edificio completo, ideal para inversores.", "Con licencia de actividad en vigor.",
-                "Buena rentabilidad demostrable."}),
-        listOf({"Finca con naranjos y olivos.", "Casa de aperos y pozo propio.",
-                "Vistas despejadas a la montaña."})};
-    const QStringList internas = listOf(
-        {"Llaves en la oficina.", "Llamar al propietario antes de cada visita.",
-         "El propietario acepta ofertas razonables.", "Pendiente de renovar el certificado energético.",
-         "Comunidad al día de pagos.", "Inquilino actual hasta fin de mes; avisar con 24 horas.",
-         "Nota simple pedida al registro.", "Conserje en la finca de 9 a 14 h."});
     const QString pie = QStringLiteral("Inmobiliaria Tejavista Demo · ") + mTelefonoAgencia;
     const QLocale english(QLocale::English);
     const QLocale russian(QLocale::Russian);
 
     Inserter ins(d.datos, d.Transacion, "INMUEBLES");
     ins.keyedBy("CODIGO", "CHAR(5)");
-    std::array<bool, kFlagCount> f{};
+    const int nFlags = int(w.flags.size());
+    std::vector<bool> f(size_t(nFlags), false);
     for (Inmueble& m : mInm) {
-        const Tipo& t = kTipos[m.tipo];
+        const Tipo& t = tipoAt(m.tipo);
         const int fam = t.familia;
-        const Town& town = kTowns[m.town];
+        const Town& town = townAt(m.town);
         const bool venta = m.op == 1 || m.op == 3;
-        for (int k = 0; k < kFlagCount; ++k)
-            f[k] = r.chance(kFlags[k].percent[fam - 1]);
+        for (int k = 0; k < nFlags; ++k)
+            f[size_t(k)] = r.chance(w.flags[size_t(k)].percent[size_t(fam - 1)]);
         if (t.codigo == 3) f[iTerraza] = true;
         if (t.codigo == 7) f[iAsc] = false;
         if (t.codigo == 24) f[iCerrado] = true;
@@ -1434,12 +1160,12 @@ void Demo::inmuebles()
         // Address.
         QString tipovia, via, numero, planta, puerta;
         if (fam == 3 || fam == 8 || t.codigo == 14 || t.codigo == 15) {
-            via = r.pick(caminos);
+            via = r.pick(w.caminos);
             tipovia = via.startsWith(QLatin1String("Partida")) ? QStringLiteral("PD") : QStringLiteral("CM");
             numero = r.chance(50) ? QStringLiteral("s/n") : QString::number(r.range(1, 250));
         } else {
-            tipovia = r.pick(siglas);
-            via = r.pick(calles);
+            tipovia = r.pick(w.siglas);
+            via = r.pick(w.calles);
             numero = QString::number(r.range(1, 180));
         }
         if (fam == 1) {
@@ -1459,30 +1185,26 @@ void Demo::inmuebles()
         } else if (fam == 6) {
             planta = QStringLiteral("-1");
         }
-        static const QHash<QString, QString> viaNombre{{QStringLiteral("CL"), QStringLiteral("Calle")},
-                                                       {QStringLiteral("AV"), QStringLiteral("Avenida")},
-                                                       {QStringLiteral("PZ"), QStringLiteral("Plaza")},
-                                                       {QStringLiteral("PS"), QStringLiteral("Paseo")}};
         m.direccion =
-            (viaNombre.value(tipovia) + QLatin1Char(' ') + via).trimmed() + QStringLiteral(", ") + numero;
+            (w.nombreVia.value(tipovia) + QLatin1Char(' ') + via).trimmed() + QStringLiteral(", ") + numero;
         if (!planta.isEmpty())
             m.direccion +=
                 QStringLiteral(", ") + planta + (puerta.isEmpty() ? QString() : QLatin1Char(' ') + puerta);
         m.direccion += QStringLiteral(" - ") + townName(m.town);
 
         // Texts.
-        const QString tipoNombre = u8(t.nombre);
+        const QString& tipoNombre = t.nombre;
         const QString zona = mZonas[m.zona].nombre;
         const QString lugar = zona + QStringLiteral(" (") + shortTown(m.town) + QLatin1Char(')');
         const QString precioTexto =
             Money::fromUnits(m.precio).toSpanish(0, true) + (venta ? QString() : u8(" al mes"));
         QStringList rasgos;
-        for (int k = 0; k < kFlagCount; ++k)
-            if (f[k] && kFlags[k].texto)
-                rasgos << (k == iVistas && town.coast ? u8("vistas al mar") : u8(kFlags[k].texto));
-        const QString titulo =
-            (capital(tipoNombre) + QLatin1Char(' ') + u8(kEnOperacion[m.op]) + QStringLiteral(" en ") + lugar)
-                .left(80);
+        for (int k = 0; k < nFlags; ++k)
+            if (f[size_t(k)] && !w.flags[size_t(k)].texto.isEmpty())
+                rasgos << (k == iVistas && town.coast ? u8("vistas al mar") : w.flags[size_t(k)].texto);
+        const QString titulo = (capital(tipoNombre) + QLatin1Char(' ') + operacionAt(m.op).enOperacion +
+                                QStringLiteral(" en ") + lugar)
+                                   .left(80);
         QString descripcion =
             capital(tipoNombre) + QStringLiteral(" de ") + QString::number(m.m2) + u8(" m²");
         if (habitaciones > 0) descripcion += QStringLiteral(", %1 hab.").arg(habitaciones);
@@ -1513,9 +1235,9 @@ void Demo::inmuebles()
             texto += QLatin1Char('.');
         }
         if (!rasgos.isEmpty()) texto += u8(" Cuenta con ") + joinY(rasgos) + QLatin1Char('.');
-        texto += QLatin1Char(' ') + r.pick(extras[fam - 1]);
+        texto += QLatin1Char(' ') + r.pick(w.textosInmueble[size_t(fam - 1)]);
         texto += u8(" Precio: ") + precioTexto + QLatin1Char('.');
-        const QString interna = r.chance(40) ? r.pick(internas) : QString();
+        const QString interna = r.chance(40) ? r.pick(w.notasInternas) : QString();
 
         // Window poster, and the one poster in Russian.
         bool cartel = r.chance(20);
@@ -1544,13 +1266,13 @@ void Demo::inmuebles()
                 cartelTexto += QStringLiteral("\r\n") + capital(rasgos.mid(0, 3).join(QStringLiteral(", ")));
             cartelTexto += u8("\r\nPrecio: ") + precioTexto;
             if (ingles)
-                cartelIngles = u8(t.ingles) + QStringLiteral(" in ") + lugar + QStringLiteral("\r\n") +
-                               sizes + QStringLiteral("\r\nPrice: ") + english.toString(m.precio) + u8(" €") +
+                cartelIngles = t.ingles + QStringLiteral(" in ") + lugar + QStringLiteral("\r\n") + sizes +
+                               QStringLiteral("\r\nPrice: ") + english.toString(m.precio) + u8(" €") +
                                (venta ? QString() : QStringLiteral(" per month"));
             if (ruso) {
                 mRusoCodigo = m.codigo;
                 mRusoCabecera = u8("ПРОДАЁТСЯ");
-                mRusoTexto = u8(t.ruso) + u8(" — ") + lugar + u8("\r\nПлощадь: %1 м²").arg(m.m2) +
+                mRusoTexto = t.ruso + u8(" — ") + lugar + u8("\r\nПлощадь: %1 м²").arg(m.m2) +
                              u8("\r\nСпален: %1 · Ванных комнат: %2").arg(habitaciones).arg(numBanos) +
                              u8("\r\nЦена: ") + russian.toString(m.precio) + u8(" €");
             }
@@ -1567,9 +1289,9 @@ void Demo::inmuebles()
         ins.literal("GOOGLE_MAPS_MANUAL", "'N'");
         ins.literal("TURISTICO_ESTADO", "'--'");
         ins.set("CODTIPOINMUEBLE", t.codigo);
-        ins.set("DESTIPOINMUEBLE", QString::fromLatin1(t.mayus));
+        ins.set("DESTIPOINMUEBLE", t.mayus);
         ins.set("CODTIPOOPERACION", m.op);
-        ins.set("DESTIPOOPERACION", QString::fromLatin1(kOperaciones[m.op]));
+        ins.set("DESTIPOOPERACION", operacionAt(m.op).nombre);
         ins.set("CODTIPOZONA", mZonas[m.zona].codigo);
         ins.set("DESZONA", zona);
         ins.set("CODESTADO", m.estado);
@@ -1622,8 +1344,8 @@ void Demo::inmuebles()
         ins.set("CNUMASEOS", aseos);
         ins.set("CPLAZAS", plazas);
         ins.set("CALTURA", altura);
-        for (int k = 0; k < kFlagCount; ++k)
-            ins.set(kFlags[k].column, sn(f[k]));
+        for (int k = 0; k < nFlags; ++k)
+            ins.set(w.flags[size_t(k)].column.constData(), sn(f[size_t(k)]));
         for (const char* c : kFlagsNo)
             ins.literal(c, "'N'");
         for (const char* c : kFotosAct)
@@ -1665,11 +1387,10 @@ void Demo::inmuebles()
         ins.set("OBSERVACIONES_TEXTO", texto);
         ins.set("OBSERVA_INTERNAS", orNull(interna));
         ins.set("OBSERVA_INTERNAS_TEXTO", orNull(interna));
-        ins.set("CARTELES_CABECERA", cartel ? QVariant(u8(kCabecera[m.op])) : QVariant());
+        ins.set("CARTELES_CABECERA", cartel ? QVariant(operacionAt(m.op).cabecera) : QVariant());
         ins.set("CARTELES_INFORMACION", orNull(cartelTexto));
         ins.set("CARTELES_PIE", cartel ? QVariant(pie) : QVariant());
-        ins.set("CARTELES_CABECERAENG",
-                ingles ? QVariant(QString::fromLatin1(kCabeceraEng[m.op])) : QVariant());
+        ins.set("CARTELES_CABECERAENG", ingles ? QVariant(operacionAt(m.op).cabeceraIngles) : QVariant());
         ins.set("CARTELES_INFORMAINGLES", orNull(cartelIngles));
         ins.set("CARTELES_PIEENG", ingles ? QVariant(pie) : QVariant());
         {
@@ -1719,14 +1440,14 @@ void Demo::demandas()
         int town2 = -1;
         if (r.chance(25)) {
             town2 = randomTown();
-            if (town2 == town || kTowns[town2].alicante != kTowns[town].alicante) town2 = -1;
+            if (town2 == town || townAt(town2).province != townAt(town).province) town2 = -1;
         }
         int zona = 0;
         if (r.chance(30)) {
             const std::vector<int>& zs = mZonasDe[town];
             zona = mZonas[zs[r.range(0, int(zs.size()) - 1)]].codigo;
         }
-        const Tipo& t = kTipos[tipo1];
+        const Tipo& t = tipoAt(tipo1);
         const int m2 = metros(t);
         const qint64 precio = priceOf(tipo1, op, town, m2);
         const qint64 step = op == 1 ? 1000 : 10;
@@ -1745,9 +1466,9 @@ void Demo::demandas()
             if (r.chance(35)) banosDesde = m2 > 100 ? 2 : 1;
         }
         wish.fill(false);
-        for (const DemandFlag& w : kDemandWishes)
-            if (w.family == fam || (w.family == 0 && fam <= 2))
-                if (r.chance(w.percent)) wish[flagAt(w.column)] = true;
+        for (const DemandFlag& dw : kDemandWishes)
+            if (dw.family == fam || (dw.family == 0 && fam <= 2))
+                if (r.chance(dw.percent)) wish[flagAt(dw.column)] = true;
         if (op == 2 && fam <= 2 && r.chance(30)) wish[iMuebles] = true;
         QDate alta = r.between(cli.alta, std::min(cli.alta.addDays(30), hoy));
         if (mBusca[ci].familia == 0) mBusca[ci] = {fam, op};
@@ -1761,8 +1482,8 @@ void Demo::demandas()
         ins.set("TELEFONO2", orNull(cli.tel));
         ins.set("CODFAMILIA", fam);
         ins.set("CODOPERACION", op);
-        ins.set("CODINMUEBLE1", kTipos[tipo1].codigo);
-        ins.set("CODINMUEBLE2", tipo2 >= 0 ? QVariant(kTipos[tipo2].codigo) : QVariant());
+        ins.set("CODINMUEBLE1", t.codigo);
+        ins.set("CODINMUEBLE2", tipo2 >= 0 ? QVariant(tipoAt(tipo2).codigo) : QVariant());
         ins.set("CODINMUEBLE3", QVariant());
         ins.set("POBLACION1", townName(town));
         ins.set("POBLACION2", town2 >= 0 ? QVariant(townName(town2)) : QVariant());
@@ -1791,12 +1512,7 @@ void Demo::descartes()
     if (n == 0 || c == 0) return;
     QHash<int, std::vector<int>> porBusca; // family * 10 + operation -> properties
     for (int i = 0; i < n; ++i)
-        porBusca[kTipos[mInm[i].tipo].familia * 10 + (mInm[i].op == 1 ? 1 : 2)].push_back(i);
-    const QStringList motivos =
-        listOf({"Precio demasiado alto.", "No le gusta la zona.", "Necesita más habitaciones.",
-                "Sin ascensor.", "Demasiado ruido en la calle.", "Poca luz natural.",
-                "Necesita reforma completa.", "Gastos de comunidad elevados.",
-                "Ya lo había visitado con otra agencia.", "La distribución no le convence."});
+        porBusca[tipoAt(mInm[i].tipo).familia * 10 + (mInm[i].op == 1 ? 1 : 2)].push_back(i);
     std::set<std::pair<int, int>> hechos;
     Inserter ins(d.datos, d.Transacion, "DESCARTES");
     for (int k = 0; k < s.descartes; ++k) {
@@ -1815,7 +1531,7 @@ void Demo::descartes()
             ins.set("CODCLIENTE", mCli[ci].codigo);
             ins.set("CODINMUEBLE", mInm[pi].codigo);
             ins.set("FECHA", fecha);
-            ins.set("MOTIVO", r.pick(motivos));
+            ins.set("MOTIVO", r.pick(w.motivosDescarte));
             ins.exec();
             break;
         }
@@ -1831,17 +1547,6 @@ void Demo::gestiones()
     const int n = int(mInm.size());
     const int c = int(mCli.size());
     static const int gestionWeights[] = {30, 25, 6, 12, 2, 4, 6, 3, 2, 2, 7, 1};
-    const QStringList resultados =
-        listOf({"Le interesa; pide una segunda visita.", "No le convence la distribución.",
-                "Queda en pensarlo y llamar la semana que viene.", "Considera el precio elevado.",
-                "No contesta; volver a llamar.", "Muy interesado; pide información de financiación.",
-                "Ha visto otras opciones en la zona.", "El propietario acepta negociar el precio.",
-                "Se envía la documentación solicitada.", "Cita confirmada."});
-    const QStringList recordatorios =
-        listOf({"Renovar los carteles del escaparate.", "Revisar las fotos de los inmuebles nuevos.",
-                "Preparar el informe mensual de captaciones.",
-                "Llamar a los propietarios con precio por encima de mercado.",
-                "Actualizar los portales inmobiliarios.", "Reunión de equipo del lunes."});
     Inserter g(d.datos, d.Transacion, "GESTIONES");
     Inserter a(d.datos, d.Transacion, "AGENDA");
     auto agenda = [&](QDate fecha, const QString& h, bool hecho, const QString& texto, int agente,
@@ -1935,13 +1640,13 @@ void Demo::gestiones()
         QString enlaces;
         if (pi >= 0) {
             const Inmueble& m = mInm[pi];
-            enlaces += u8("Propiedad: ") + m.codigo + QLatin1Char(' ') + capital(u8(kTipos[m.tipo].nombre)) +
+            enlaces += u8("Propiedad: ") + m.codigo + QLatin1Char(' ') + capital(tipoAt(m.tipo).nombre) +
                        QStringLiteral(", ") + m.direccion + QStringLiteral("\r\n");
             if (m.propietario >= 0)
                 enlaces += u8("Propietario: ") + mProp[m.propietario].apeynom + QStringLiteral("\r\n");
         }
         if (ci >= 0) enlaces += u8("Cliente: ") + mCli[ci].apeynom + QStringLiteral("\r\n");
-        const QString resultado = pendiente ? QString() : r.pick(resultados);
+        const QString resultado = pendiente ? QString() : r.pick(w.resultadosGestion);
         const bool enAgenda = r.chance(fecha >= hoy.addDays(-10) ? 70 : 10);
 
         g.set("CODIGO", ++lastGest);
@@ -1971,7 +1676,7 @@ void Demo::gestiones()
             for (int k = 0; k < 2; ++k) {
                 const QDate fecha = hoy.addDays(r.range(-3, 20));
                 const QString h = hora();
-                agenda(fecha, h, false, r.pick(recordatorios), ag.codigo, 0);
+                agenda(fecha, h, false, r.pick(w.recordatorios), ag.codigo, 0);
             }
 }
 
@@ -2030,7 +1735,7 @@ void Demo::operaciones()
                 o.estado == 4 ? QVariant(QStringLiteral("Operacion cancelada por el cliente.")) : QVariant());
         ins.set("CODAGENTE", m.agente);
         ins.set("ANOMES", o.alta.toString(QStringLiteral("yyyy/MM")));
-        ins.set("TIPOOPERACION", QString::fromLatin1(kOperaciones[m.op]));
+        ins.set("TIPOOPERACION", operacionAt(m.op).nombre);
         ins.exec();
     }
 }
@@ -2041,52 +1746,27 @@ void Demo::gastos()
     lastGasto = baseGasto;
     const int n = int(mInm.size());
     if (n == 0) return;
-    struct Clase {
-        const char* tipo;
-        int min, max;
-        const char* descripcion; // '|'-separated choices
-    };
-    static const Clase clases[] = {
-        {"IBI", 150, 900, "Recibo del IBI"},
-        {"COMUNIDAD", 30, 150, "Cuota de comunidad"},
-        {"REPARACIONES", 80, 2500,
-         "Reparación de fontanería|Cambio de cerradura|Pintura de paredes|Reparación de persianas|Arreglo de "
-         "la caldera"},
-        {"PUBLICIDAD", 20, 300,
-         "Anuncio destacado en portales|Cartel de venta en fachada|Buzoneo en la zona"},
-        {"NOTARIA", 300, 900, "Gastos de notaría"},
-        {"REGISTRO", 100, 400, "Nota simple del registro de la propiedad"},
-        {"CERTIFICADO ENERGETICO", 60, 150, "Certificado de eficiencia energética"},
-        {"CEDULA DE HABITABILIDAD", 80, 200, "Cédula de habitabilidad"},
-        {"LIMPIEZA", 60, 250, "Limpieza a fondo antes de las visitas"},
-        {"LLAVES", 15, 60, "Copia de llaves"},
-        {"SUMINISTROS", 30, 200, "Recibo de luz|Recibo de agua"},
-        {"TASACION", 250, 450, "Informe de tasación"},
-        {"OTROS", 10, 300, "Gastos varios de gestión"},
-    };
-    static const int weights[] = {12, 15, 14, 10, 3, 5, 8, 4, 7, 6, 10, 3, 3};
-    static const char* const meses[] = {"enero",      "febrero", "marzo",     "abril",
-                                        "mayo",       "junio",   "julio",     "agosto",
-                                        "septiembre", "octubre", "noviembre", "diciembre"};
+    std::vector<int> weights;
+    for (const demo::ClaseGasto& g : w.gastos)
+        weights.push_back(g.peso);
     const int wanted = std::min(std::max(0, s.gastos), 99999 - baseGasto);
     Inserter ins(d.datos, d.Transacion, "INMUEBLES_GASTOS");
     for (int k = 0; k < wanted; ++k) {
-        const Clase& cl = clases[r.weighted(weights)];
+        const demo::ClaseGasto& cl = w.gastos[size_t(r.weighted(weights))];
         const Inmueble& m = mInm[r.range(0, n - 1)];
         const QDate fecha = r.between(m.alta, hoy);
-        const QStringList choices = u8(cl.descripcion).split(QLatin1Char('|'));
-        QString descripcion = r.pick(choices);
-        if (std::strcmp(cl.tipo, "IBI") == 0)
+        QString descripcion = r.pick(cl.conceptos);
+        if (cl.tipo == QLatin1String("IBI"))
             descripcion += QLatin1Char(' ') + QString::number(fecha.year());
-        else if (std::strcmp(cl.tipo, "COMUNIDAD") == 0)
-            descripcion += QStringLiteral(" de ") + QLatin1String(meses[fecha.month() - 1]);
+        else if (cl.tipo == QLatin1String("COMUNIDAD"))
+            descripcion += QStringLiteral(" de ") + w.meses.at(fecha.month() - 1);
         const int cents = r.range(cl.min * 100, cl.max * 100);
         ins.set("CODIGO", pad(++lastGasto, 5));
         ins.set("CODINMUEBLE", m.codigo);
         ins.set("DESCRIPCION", descripcion.left(60));
         ins.set("FECHA", fecha);
         ins.set("IMPORTE", cents / 100.0);
-        ins.set("TIPOGASTO", QString::fromLatin1(cl.tipo));
+        ins.set("TIPOGASTO", cl.tipo);
         ins.exec();
     }
 }
@@ -2109,7 +1789,7 @@ void Demo::fotos()
     Inserter ins(d.Imagenes, d.Transacion, "IMAGENES");
     for (const Inmueble& m : mInm) {
         if (!m.fotos) continue;
-        const int fam = kTipos[m.tipo].familia;
+        const int fam = tipoAt(m.tipo).familia;
         const int count = r.range(1, 4);
         for (int p = 0; p < count; ++p) {
             Escena e;
