@@ -3,19 +3,82 @@
 #include "database.h"
 #include "transaction.h"
 
+#include <QMutex>
+
 #include <algorithm>
 
 namespace tv {
 
 namespace {
 
+// Rows read together when a row is shown; one statement with this many keys.
+constexpr int kPage = 50;
+// Full rows kept in memory while reading by keys; beyond this the ones far
+// from the current row are dropped and read again when shown.
+constexpr int kKeepLoaded = 10000;
+
+bool isNullValue(const QVariant& v)
+{
+    return !v.isValid() || v.isNull();
+}
+
 bool sameValue(const QVariant& a, const QVariant& b)
 {
-    const bool an = !a.isValid() || a.isNull();
-    const bool bn = !b.isValid() || b.isNull();
+    const bool an = isNullValue(a);
+    const bool bn = isNullValue(b);
     if (an || bn)
         return an == bn;
     return a == b;
+}
+
+QString trimmedRight(const QString& s)
+{
+    qsizetype end = s.size();
+    while (end > 0 && s.at(end - 1).isSpace())
+        --end;
+    return s.left(end);
+}
+
+bool isNumber(const QVariant& v)
+{
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The table's primary key columns, read once per database file and table.
+QStringList primaryKeyOf(Database& db, Transaction& tr, const QString& table)
+{
+    static QMutex lock;
+    static QHash<QString, QStringList> known;
+    const QString id = db.databaseName() + QLatin1Char('|') + table;
+    {
+        QMutexLocker guard(&lock);
+        auto it = known.constFind(id);
+        if (it != known.constEnd())
+            return *it;
+    }
+    Query q(db, tr,
+            QStringLiteral("SELECT TRIM(S.RDB$FIELD_NAME) FROM RDB$RELATION_CONSTRAINTS C "
+                           "JOIN RDB$INDEX_SEGMENTS S ON S.RDB$INDEX_NAME = C.RDB$INDEX_NAME "
+                           "WHERE C.RDB$RELATION_NAME = :T AND C.RDB$CONSTRAINT_TYPE = 'PRIMARY KEY' "
+                           "ORDER BY S.RDB$FIELD_POSITION"));
+    q.paramByName(QStringLiteral("T")).setAsString(table);
+    QStringList keys;
+    for (q.open(); !q.eof(); q.next())
+        keys.append(q.field(0).asString().toUpper());
+    QMutexLocker guard(&lock);
+    known.insert(id, keys);
+    return keys;
 }
 
 } // namespace
@@ -30,24 +93,33 @@ QString DataSetField::name() const
 QVariant DataSetField::value() const
 {
     const DataSet::Row* r = mDs->accessRow();
-    return r ? r->cur.value(mIndex) : QVariant();
+    return r ? mDs->resolved(mDs->rawValue(*r, mIndex)) : QVariant();
 }
 
 QVariant DataSetField::oldValue() const
 {
     const DataSet::Row* r = mDs->accessRow();
-    return r ? r->orig.value(mIndex) : QVariant();
+    if (!r || mIndex >= mDs->mDbFieldCount)
+        return value();
+    if (r->status == DataSet::RowStatus::Inserted)
+        return {};
+    return mDs->resolved(mDs->mLayout.value(r->data, mIndex));
 }
 
 bool DataSetField::isNull() const
 {
-    const QVariant v = value();
-    return !v.isValid() || v.isNull();
+    const DataSet::Row* r = mDs->accessRow();
+    return !r || isNullValue(mDs->rawValue(*r, mIndex));
 }
 
 bool DataSetField::isCalculated() const
 {
     return mIndex >= mDs->mDbFieldCount;
+}
+
+FieldInfo DataSetField::info() const
+{
+    return mDs->fieldInfo(mIndex);
 }
 
 void DataSetField::setValue(const QVariant& v)
@@ -60,12 +132,21 @@ void DataSetField::setValue(const QVariant& v)
 DataSet::DataSet(Database& db, Transaction& tr, QObject* parent)
     : QObject(parent), mDb(&db), mTr(&tr), mSelect(db, tr)
 {
+    mSelect.setRawRows(true);
+    mSelect.setReadBlobs(false);
 }
 
-DataSet::~DataSet() = default;
+DataSet::~DataSet()
+{
+    if (mMaster)
+        std::erase_if(mMaster->mDetails, [this](const QPointer<DataSet>& d) { return d.data() == this || !d; });
+}
 
 void DataSet::setSelectSQL(const QString& sql)
 {
+    if (sql == mSelect.sql())
+        return;
+    refusePending(true);
     if (isOpen())
         close();
     mSelect.setSQL(sql);
@@ -74,16 +155,38 @@ void DataSet::setSelectSQL(const QString& sql)
 void DataSet::setTable(const QString& table, const QStringList& keyFields)
 {
     mTable = table.toUpper();
-    mKeys.clear();
-    for (const QString& k : keyFields)
-        mKeys.append(k.toUpper());
+    setKeyFields(keyFields);
     setSelectSQL(QStringLiteral("SELECT * FROM ") + mTable);
 }
 
-void DataSet::addCalculatedField(const QString& name)
+void DataSet::setKeyFields(const QStringList& keyFields)
 {
-    if (!mCalcNames.contains(name.toUpper()))
-        mCalcNames.append(name.toUpper());
+    mKeys.clear();
+    for (const QString& k : keyFields)
+        mKeys.append(k.toUpper());
+}
+
+void DataSet::addCalculatedField(const QString& name, const QStringList& dependsOn)
+{
+    const QString n = name.toUpper();
+    if (!mCalcNames.contains(n))
+        mCalcNames.append(n);
+    QStringList deps;
+    for (const QString& d : dependsOn)
+        deps.append(d.toUpper());
+    mCalcDeps[n] = deps;
+}
+
+void DataSet::setMasterSource(DataSet* master, const QStringList& fields)
+{
+    if (mMaster)
+        std::erase_if(mMaster->mDetails, [this](const QPointer<DataSet>& d) { return d.data() == this || !d; });
+    mMaster = master;
+    mMasterFields.clear();
+    for (const QString& f : fields)
+        mMasterFields.append(f.toUpper());
+    if (master)
+        master->mDetails.emplace_back(this);
 }
 
 void DataSet::setOnChange(const QString& fieldName, std::function<void(DataSetField)> f)
@@ -94,15 +197,103 @@ void DataSet::setOnChange(const QString& fieldName, std::function<void(DataSetFi
         mOnChange[i] = mPendingOnChange[fieldName.toUpper()];
 }
 
+void DataSet::refusePending(bool includingOwn) const
+{
+    if (includingOwn && (isEditing() || updatesPending()))
+        throw PendingChangesError();
+    for (const QPointer<DataSet>& d : mDetails)
+        if (d)
+            d->refusePending(true);
+}
+
+void DataSet::resetRows()
+{
+    mRows.clear();
+    mDeleted.clear();
+    mDirty.clear();
+    mBlobs.clear();
+    mLoadedRows = 0;
+    mCurrent = -1;
+    mSnapshot = {};
+}
+
 void DataSet::open()
 {
     if (isOpen())
         return;
-    if (beforeOpen)
-        beforeOpen(*this);
-    mSelect.open();
-    mNames = mSelect.fieldNames();
+    beforeOpen(*this);
+
+    // A select on one table whose key is known is read by keys.
+    mByKey = false;
+    mKeyColumns.clear();
+    mParts = parseSelect(mSelect.sql());
+    QStringList fieldParams;
+    if (mParts.simple)
+        convertParameters(mParts.fields, &fieldParams);
+    QStringList keys = mKeys;
+    if (mParts.simple && fieldParams.isEmpty() && keys.isEmpty())
+        keys = primaryKeyOf(*mDb, *mTr, mParts.table);
+    if (mParts.simple && fieldParams.isEmpty() && !keys.isEmpty() &&
+        (mTable.isEmpty() || mTable == mParts.table)) {
+        QStringList in;
+        if (keys.size() == 1) {
+            QStringList marks;
+            for (int i = 0; i < kPage; ++i)
+                marks.append(QStringLiteral(":K%1_0").arg(i));
+            in.append(QStringLiteral("%1 IN (%2)").arg(mParts.qualified(keys.front()), marks.join(QStringLiteral(", "))));
+        } else {
+            for (int i = 0; i < kPage; ++i) {
+                QStringList parts;
+                for (int k = 0; k < keys.size(); ++k)
+                    parts.append(QStringLiteral("%1 = :K%2_%3").arg(mParts.qualified(keys[k])).arg(i).arg(k));
+                in.append(QLatin1Char('(') + parts.join(QStringLiteral(" AND ")) + QLatin1Char(')'));
+            }
+        }
+        mPageQuery = std::make_unique<Query>(*mDb, *mTr);
+        mPageQuery->setRawRows(true);
+        mPageQuery->setReadBlobs(false);
+        mPageQuery->setSQL(QStringLiteral("SELECT %1 FROM %2 WHERE %3")
+                               .arg(mParts.fields, mParts.from(), in.join(QStringLiteral(" OR "))));
+        mPageQuery->prepare();
+        mKeyColumns.clear();
+        for (const QString& k : keys)
+            mKeyColumns.push_back(static_cast<int>(mPageQuery->fieldNames().indexOf(k)));
+        mByKey = std::none_of(mKeyColumns.begin(), mKeyColumns.end(), [](int c) { return c < 0; });
+        if (mByKey) {
+            QStringList qualified;
+            for (const QString& k : keys)
+                qualified.append(mParts.qualified(k));
+            QString sql = QStringLiteral("SELECT %1 FROM %2").arg(qualified.join(QStringLiteral(", ")), mParts.from());
+            if (!mParts.where.isEmpty())
+                sql += QStringLiteral(" WHERE ") + mParts.where;
+            if (!mParts.orderBy.isEmpty())
+                sql += QStringLiteral(" ORDER BY ") + mParts.orderBy;
+            mKeyQuery = std::make_unique<Query>(*mDb, *mTr, sql);
+            mKeyQuery->setRawRows(true);
+            for (const QString& p : mKeyQuery->paramNames())
+                mKeyQuery->paramByName(p).setValue(mSelect.paramByName(p).value());
+            mKeyQuery->open();
+            mKeyLayout = mKeyQuery->layout();
+            mNames = mPageQuery->fieldNames();
+            mInfos = mPageQuery->fieldInfos();
+            mLayout = mPageQuery->layout();
+        } else {
+            mPageQuery.reset();
+        }
+    }
+    if (!mByKey) {
+        mKeyQuery.reset();
+        mSelect.open();
+        mNames = mSelect.fieldNames();
+        mInfos = mSelect.fieldInfos();
+        mLayout = mSelect.layout();
+    }
     mDbFieldCount = mNames.size();
+    for (const QString& c : mCalcNames) {
+        FieldInfo f;
+        f.name = c;
+        mInfos.append(f);
+    }
     mNames += mCalcNames;
     mOnChange.clear();
     for (const auto& [name, f] : mPendingOnChange) {
@@ -112,34 +303,37 @@ void DataSet::open()
     }
     if (!mTable.isEmpty())
         generateTableSql();
-    mRows.clear();
-    mDeleted.clear();
-    mCurrent = -1;
+    resetRows();
     mState = State::Browse;
     fetchOne();
     mCurrent = mRows.empty() ? -1 : 0;
     mBof = true;
     mEof = mRows.empty();
+    if (mCurrent >= 0)
+        ensureLoaded(0);
     Q_EMIT reset();
     Q_EMIT stateChanged(mState);
-    if (afterOpen)
-        afterOpen(*this);
-    if (afterScroll)
-        afterScroll(*this);
+    afterOpen(*this);
+    afterScroll(*this);
+    syncDetails();
 }
 
 void DataSet::close()
 {
     if (!isOpen())
         return;
+    refusePending(true);
     mSelect.close();
-    mRows.clear();
-    mDeleted.clear();
-    mCurrent = -1;
+    if (mKeyQuery)
+        mKeyQuery->close();
+    resetRows();
     mEof = mBof = true;
     mState = State::Inactive;
     Q_EMIT reset();
     Q_EMIT stateChanged(mState);
+    for (const QPointer<DataSet>& d : mDetails)
+        if (d)
+            d->close();
 }
 
 bool DataSet::isEmpty() const
@@ -149,17 +343,27 @@ bool DataSet::isEmpty() const
 
 bool DataSet::canFetchMore() const
 {
-    return isOpen() && mSelect.isOpen() && !mSelect.eof();
+    if (!isOpen())
+        return false;
+    const Query& q = mByKey ? *mKeyQuery : mSelect;
+    return q.isOpen() && !q.eof();
 }
 
 void DataSet::fetchOne()
 {
+    auto r = std::make_unique<Row>();
+    if (mByKey) {
+        if (!mKeyQuery->isOpen() || mKeyQuery->eof())
+            return;
+        r->key = mKeyQuery->packedRow();
+        r->loaded = false;
+        mRows.push_back(std::move(r));
+        mKeyQuery->next();
+        return;
+    }
     if (!mSelect.isOpen() || mSelect.eof())
         return;
-    Row r;
-    r.cur = mSelect.values();
-    r.cur.resize(mNames.size());
-    r.orig = r.cur;
+    r->data = mSelect.packedRow();
     mRows.push_back(std::move(r));
     mSelect.next();
     calc(static_cast<int>(mRows.size()) - 1);
@@ -192,10 +396,108 @@ bool DataSet::ensureRow(int row)
     return row < recordCount();
 }
 
+void DataSet::ensureLoaded(int row) const
+{
+    if (row < 0 || row >= recordCount())
+        return;
+    const Row& r = *mRows[static_cast<size_t>(row)];
+    if (!r.loaded && !r.cur)
+        const_cast<DataSet*>(this)->loadPage(row);
+}
+
+QByteArray DataSet::keyOf(const QVector<QVariant>& values) const
+{
+    QVector<QVariant> k;
+    for (int c : mKeyColumns)
+        k.append(values.value(c));
+    return mKeyLayout.pack(k);
+}
+
+void DataSet::loadPage(int row)
+{
+    // The page around the row: the rows after it, as a list is read down,
+    // and those before it when it is near the end.
+    const int n = recordCount();
+    int from = std::max(0, std::min(row, n - kPage));
+    std::vector<Row*> wanted;
+    for (int i = from; i < n && static_cast<int>(wanted.size()) < kPage; ++i) {
+        Row* r = mRows[static_cast<size_t>(i)].get();
+        if (!r->loaded && !r->cur)
+            wanted.push_back(r);
+    }
+    if (wanted.empty())
+        return;
+    QHash<QByteArray, Row*> byKey;
+    const int keyCount = static_cast<int>(mKeyColumns.size());
+    for (int i = 0; i < kPage; ++i) {
+        Row* r = wanted[static_cast<size_t>(std::min<int>(i, static_cast<int>(wanted.size()) - 1))];
+        byKey.insert(r->key, r);
+        const QVector<QVariant> kv = mKeyLayout.values(r->key);
+        for (int k = 0; k < keyCount; ++k)
+            mPageQuery->paramByName(QStringLiteral("K%1_%2").arg(i).arg(k)).setValue(kv.value(k));
+    }
+    for (mPageQuery->open(); !mPageQuery->eof(); mPageQuery->next()) {
+        const QByteArray data = mPageQuery->packedRow();
+        QVector<QVariant> kv;
+        for (int c : mKeyColumns)
+            kv.append(mLayout.value(data, c));
+        Row* r = byKey.value(mKeyLayout.pack(kv));
+        if (!r || r->loaded)
+            continue;
+        r->data = data;
+        r->loaded = true;
+    }
+    mPageQuery->close();
+    // A row another workstation deleted since its key was read: only its key
+    // is left to show, and saving it will say so.
+    for (Row* r : wanted) {
+        if (!r->loaded) {
+            QVector<QVariant> values(mDbFieldCount);
+            const QVector<QVariant> kv = mKeyLayout.values(r->key);
+            for (int k = 0; k < keyCount; ++k)
+                values[mKeyColumns[static_cast<size_t>(k)]] = kv.value(k);
+            r->data = mLayout.pack(values);
+            r->loaded = true;
+        }
+    }
+    mLoadedRows += static_cast<int>(wanted.size());
+    for (int i = from; i < n && i < from + kPage + static_cast<int>(wanted.size()); ++i)
+        if (mRows[static_cast<size_t>(i)]->loaded && !mRows[static_cast<size_t>(i)]->calc)
+            calc(i);
+    if (mLoadedRows > kKeepLoaded)
+        evictFarRows(from, from + kPage);
+}
+
+void DataSet::evictFarRows(int keepFrom, int keepTo)
+{
+    // Down to a quarter of the budget around the current row, so the scan
+    // over every row runs once per thousands of rows read, not per page.
+    const int window = kKeepLoaded / 8;
+    const int n = recordCount();
+    int loaded = 0;
+    for (int i = 0; i < n; ++i) {
+        Row& r = *mRows[static_cast<size_t>(i)];
+        if (!r.loaded)
+            continue;
+        const bool near = (i >= keepFrom && i < keepTo) || std::abs(i - mCurrent) < window;
+        if (near || r.cur || r.status != RowStatus::Unmodified) {
+            ++loaded;
+            continue;
+        }
+        r.data = QByteArray();
+        r.calc.reset();
+        r.loaded = false;
+    }
+    mLoadedRows = loaded;
+}
+
 void DataSet::calc(int row)
 {
-    if (!onCalcFields || mCalcNames.isEmpty())
+    if (!onCalcFields || mCalcNames.isEmpty() || row < 0 || row >= recordCount())
         return;
+    Row& r = *mRows[static_cast<size_t>(row)];
+    if (!r.calc)
+        r.calc = std::make_unique<QVector<QVariant>>(mCalcNames.size());
     const int saved = mCalcRow;
     mCalcRow = row;
     try {
@@ -207,17 +509,47 @@ void DataSet::calc(int row)
     mCalcRow = saved;
 }
 
-const DataSet::Row* DataSet::accessRow() const
+DataSet::Row* DataSet::accessRow() const
 {
     const int r = mCalcRow >= 0 ? mCalcRow : mCurrent;
     if (r < 0 || r >= recordCount())
         return nullptr;
-    return &mRows[r];
+    ensureLoaded(r);
+    return mRows[static_cast<size_t>(r)].get();
 }
 
-DataSet::Row* DataSet::accessRow()
+QVariant DataSet::rawValue(const Row& r, int column) const
 {
-    return const_cast<Row*>(static_cast<const DataSet*>(this)->accessRow());
+    if (column >= mDbFieldCount) {
+        const int c = column - mDbFieldCount;
+        return r.calc && c < r.calc->size() ? r.calc->at(c) : QVariant();
+    }
+    if (r.cur)
+        return r.cur->value(column);
+    return mLayout.value(r.data, column);
+}
+
+QVariant DataSet::resolved(const QVariant& v) const
+{
+    if (v.typeId() != qMetaTypeId<BlobId>())
+        return v;
+    const BlobId id = v.value<BlobId>();
+    const auto k = qMakePair(id.high, id.low);
+    auto it = mBlobs.constFind(k);
+    if (it != mBlobs.constEnd())
+        return *it;
+    if (mBlobs.size() > 256)
+        mBlobs.clear();
+    const QVariant contents = Query::readBlob(*mDb, *mTr, id);
+    mBlobs.insert(k, contents);
+    return contents;
+}
+
+QVector<QVariant>& DataSet::editableValues(Row& r)
+{
+    if (!r.cur)
+        r.cur = std::make_unique<QVector<QVariant>>(mLayout.values(r.data));
+    return *r.cur;
 }
 
 void DataSet::setState(State s)
@@ -233,18 +565,51 @@ void DataSet::setCurrent(int row)
     if (row == mCurrent)
         return;
     mCurrent = row;
+    ensureLoaded(row);
     Q_EMIT currentChanged(row);
-    if (afterScroll)
-        afterScroll(*this);
+    afterScroll(*this);
+    syncDetails();
+}
+
+void DataSet::syncDetails()
+{
+    for (const QPointer<DataSet>& d : mDetails) {
+        if (!d)
+            continue;
+        if (!isOpen()) {
+            d->close();
+            continue;
+        }
+        const QStringList names = d->mMasterFields.isEmpty() ? d->mSelect.paramNames() : d->mMasterFields;
+        bool changed = !d->isOpen();
+        for (const QString& p : names) {
+            const int col = fieldIndex(p);
+            if (col < 0 || !d->mSelect.hasParam(p))
+                continue;
+            const QVariant v = mCurrent >= 0 && !isEmpty() ? rawValue(*mRows[static_cast<size_t>(mCurrent)], col)
+                                                            : QVariant();
+            Param param = d->mSelect.paramByName(p);
+            if (!sameValue(param.value(), v) || param.value().typeId() != v.typeId()) {
+                param.setValue(v);
+                changed = true;
+            }
+        }
+        if (changed) {
+            d->close();
+            d->open();
+        }
+    }
 }
 
 void DataSet::checkBrowseForMove()
 {
     if (!isOpen())
         throw DataSetError(QStringLiteral("Cannot perform this operation on a closed dataset"));
+    refusePending(false);
     // As the classic record engines do: leaving a row in edit posts it first.
     if (isEditing())
         post();
+    beforeScroll(*this);
 }
 
 void DataSet::first()
@@ -300,27 +665,208 @@ void DataSet::moveTo(int row)
     setCurrent(row);
 }
 
-bool DataSet::locate(const QString& fieldName, const QVariant& value)
+bool DataSet::rowMatches(const Row& r, const std::vector<int>& columns, const QVariantList& values,
+                         LocateOptions options) const
 {
-    checkBrowseForMove();
-    const int col = fieldIndex(fieldName);
-    if (col < 0)
-        throw DataSetError(QStringLiteral("Field '%1' not found").arg(fieldName));
-    const QString wanted = value.toString().trimmed();
-    for (int r = 0; ensureRow(r); ++r) {
-        const QVariant& v = mRows[r].cur[col];
-        if (sameValue(v, value) || (!v.isNull() && v.isValid() && v.toString().trimmed() == wanted)) {
-            mBof = r == 0;
-            mEof = false;
-            setCurrent(r);
-            return true;
+    for (size_t k = 0; k < columns.size(); ++k) {
+        const int col = columns[k];
+        const QVariant& wanted = values[static_cast<int>(k)];
+        const QVariant v = resolved(rawValue(r, col));
+        if (isNullValue(wanted) || isNullValue(v)) {
+            if (isNullValue(wanted) != isNullValue(v))
+                return false;
+            continue;
+        }
+        const FieldInfo info = mInfos.value(col);
+        if (info.isText() || info.type == FieldInfo::Type::Bytes || v.typeId() == QMetaType::QString) {
+            const Qt::CaseSensitivity cs = options & CaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
+            // Texts compare as the engine compares them: trailing blanks do not count.
+            const QString a = trimmedRight(v.toString());
+            const QString b = options & PartialKey ? wanted.toString() : trimmedRight(wanted.toString());
+            if (options & PartialKey ? !a.startsWith(b, cs) : a.compare(b, cs) != 0)
+                return false;
+        } else if (isNumber(v) && (isNumber(wanted) || wanted.typeId() == QMetaType::QString)) {
+            bool ok = true;
+            const double w = wanted.typeId() == QMetaType::QString ? wanted.toString().trimmed().toDouble(&ok)
+                                                                     : wanted.toDouble();
+            if (!ok || v.toDouble() != w)
+                return false;
+        } else if (v.typeId() == QMetaType::QDateTime) {
+            const QDateTime w = wanted.typeId() == QMetaType::QDate ? wanted.toDate().startOfDay()
+                                                                     : wanted.toDateTime();
+            if (v.toDateTime() != w)
+                return false;
+        } else if (!sameValue(v, wanted) && v.toString().trimmed() != wanted.toString().trimmed()) {
+            return false;
         }
     }
-    return false;
+    return true;
+}
+
+int DataSet::positionOf(const Row* r) const
+{
+    for (size_t i = 0; i < mRows.size(); ++i)
+        if (mRows[i].get() == r)
+            return static_cast<int>(i);
+    return -1;
+}
+
+int DataSet::positionOfKey(const QByteArray& key)
+{
+    for (int i = 0;; ++i) {
+        if (!ensureRow(i))
+            return -1;
+        const Row& r = *mRows[static_cast<size_t>(i)];
+        if (r.status != RowStatus::Inserted && r.key == key)
+            return i;
+    }
+}
+
+int DataSet::locateByKey(const std::vector<int>& columns, const QVariantList& values, LocateOptions options)
+{
+    // Rows with changes not yet saved are judged by what they hold here.
+    int best = -1;
+    for (size_t i = 0; i < mRows.size(); ++i) {
+        const Row& r = *mRows[i];
+        if (r.cur && rowMatches(r, columns, values, options)) {
+            best = static_cast<int>(i);
+            break;
+        }
+    }
+    // The rest by the database, in the data set's order.
+    QStringList conditions;
+    QVariantList params;
+    for (size_t k = 0; k < columns.size(); ++k) {
+        const FieldInfo info = mInfos.value(columns[k]);
+        const QString col = mParts.qualified(info.origin);
+        const QVariant& v = values[static_cast<int>(k)];
+        if (isNullValue(v)) {
+            conditions.append(col + QStringLiteral(" IS NULL"));
+            continue;
+        }
+        const bool text = info.type == FieldInfo::Type::Text;
+        const bool ci = text && (options & CaseInsensitive);
+        const QString lhs = ci ? QStringLiteral("UPPER(%1)").arg(col) : col;
+        const QString rhs = ci ? QStringLiteral("UPPER(:TVLOC%1)").arg(k) : QStringLiteral(":TVLOC%1").arg(k);
+        if (text && (options & PartialKey))
+            conditions.append(QStringLiteral("%1 STARTING WITH %2").arg(lhs, rhs));
+        else
+            conditions.append(QStringLiteral("%1 = %2").arg(lhs, rhs));
+        params.append(text ? QVariant(v.toString()) : v);
+    }
+    QStringList keys;
+    for (int c : mKeyColumns)
+        keys.append(mParts.qualified(mInfos.value(c).origin));
+    QString sql = QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(keys.join(QStringLiteral(", ")), mParts.from());
+    if (!mParts.where.isEmpty())
+        sql += QLatin1Char('(') + mParts.where + QStringLiteral(") AND ");
+    sql += QLatin1Char('(') + conditions.join(QStringLiteral(" AND ")) + QLatin1Char(')');
+    if (!mParts.orderBy.isEmpty())
+        sql += QStringLiteral(" ORDER BY ") + mParts.orderBy;
+    if (!mLocateQuery)
+        mLocateQuery = std::make_unique<Query>(*mDb, *mTr);
+    Query& q = *mLocateQuery;
+    q.setRawRows(true);
+    q.setSQL(sql);
+    for (const QString& p : q.paramNames()) {
+        if (p.startsWith(QLatin1String("TVLOC")))
+            q.paramByName(p).setValue(params.value(p.mid(5).toInt()));
+        else
+            q.paramByName(p).setValue(mSelect.paramByName(p).value());
+    }
+    for (q.open(); !q.eof(); q.next()) {
+        const int at = positionOfKey(q.packedRow());
+        if (at < 0)
+            continue; // deleted here, or added by another workstation since the keys were read
+        if (best >= 0 && at >= best)
+            break;
+        const Row& r = *mRows[static_cast<size_t>(at)];
+        if (r.cur)
+            continue; // already judged by its pending values
+        best = at;
+        break;
+    }
+    q.close();
+    return best;
+}
+
+bool DataSet::locate(const QString& fieldName, const QVariant& value, LocateOptions options)
+{
+    return locate(QStringList{fieldName}, QVariantList{value}, options);
+}
+
+bool DataSet::locate(const QStringList& fieldNames, const QVariantList& values, LocateOptions options)
+{
+    checkBrowseForMove();
+    if (fieldNames.isEmpty() || fieldNames.size() != values.size())
+        throw DataSetError(QStringLiteral("locate: fields and values differ in number"));
+    std::vector<int> columns;
+    bool byDatabase = mByKey;
+    for (const QString& f : fieldNames) {
+        const int col = fieldIndex(f);
+        if (col < 0)
+            throw DataSetError(QStringLiteral("Field '%1' not found").arg(f));
+        columns.push_back(col);
+        const FieldInfo info = mInfos.value(col);
+        // Only the table's own columns can be searched by the database.
+        if (col >= mDbFieldCount || info.isBlob() || info.origin.isEmpty() ||
+            (!info.relation.isEmpty() && info.relation != mParts.table))
+            byDatabase = false;
+    }
+    int found = -1;
+    if (byDatabase) {
+        found = locateByKey(columns, values, options);
+    } else {
+        for (int r = 0; ensureRow(r); ++r) {
+            ensureLoaded(r);
+            if (rowMatches(*mRows[static_cast<size_t>(r)], columns, values, options)) {
+                found = r;
+                break;
+            }
+        }
+    }
+    if (found < 0)
+        return false;
+    mBof = found == 0;
+    mEof = false;
+    setCurrent(found);
+    return true;
+}
+
+void DataSet::refresh()
+{
+    if (!isOpen()) {
+        open();
+        return;
+    }
+    refusePending(true);
+    QStringList keys = mKeys;
+    if (keys.isEmpty())
+        for (int c : mKeyColumns)
+            keys.append(mNames.value(c));
+    QVariantList key;
+    std::vector<int> columns;
+    if (mCurrent >= 0) {
+        for (const QString& k : keys) {
+            const int c = fieldIndex(k);
+            if (c >= 0) {
+                columns.push_back(c);
+                key.append(rawValue(*mRows[static_cast<size_t>(mCurrent)], c));
+            }
+        }
+    }
+    const int at = mCurrent;
+    close();
+    open();
+    if (!columns.empty() && !isEmpty()) {
+        if (!locate(keys, key))
+            moveTo(std::min(at, recordCount() - 1));
+    }
 }
 
 void DataSet::refreshKeepingPosition(const QString& keyField)
 {
+    refusePending(true);
     const QVariant key = (mCurrent >= 0 && isOpen()) ? fieldByName(keyField).value() : QVariant();
     close();
     open();
@@ -328,26 +874,35 @@ void DataSet::refreshKeepingPosition(const QString& keyField)
         locate(keyField, key);
 }
 
+void DataSet::markDirty(Row* r)
+{
+    if (std::find(mDirty.begin(), mDirty.end(), r) == mDirty.end())
+        mDirty.push_back(r);
+}
+
+void DataSet::forgetDirty(Row* r)
+{
+    std::erase(mDirty, r);
+}
+
 void DataSet::insert()
 {
     if (!isOpen())
         throw DataSetError(QStringLiteral("Cannot perform this operation on a closed dataset"));
+    refusePending(false);
     if (isEditing())
         post();
-    if (beforeInsert)
-        beforeInsert(*this);
+    beforeInsert(*this);
     const int savedCurrent = mCurrent;
     const int at = mCurrent < 0 ? 0 : mCurrent;
-    Row r;
-    r.cur.resize(mNames.size());
-    r.orig = r.cur;
-    r.status = RowStatus::Inserted;
+    auto r = std::make_unique<Row>();
+    r->cur = std::make_unique<QVector<QVariant>>(mDbFieldCount);
+    r->status = RowStatus::Inserted;
     mRows.insert(mRows.begin() + at, std::move(r));
     mCurrent = at;
     mState = State::Insert;
     try {
-        if (onNewRecord)
-            onNewRecord(*this);
+        onNewRecord(*this);
     } catch (...) {
         mRows.erase(mRows.begin() + at);
         mCurrent = savedCurrent;
@@ -357,29 +912,28 @@ void DataSet::insert()
     Q_EMIT rowInserted(at);
     Q_EMIT currentChanged(at);
     Q_EMIT stateChanged(mState);
+    syncDetails();
 }
 
 void DataSet::append()
 {
     if (!isOpen())
         throw DataSetError(QStringLiteral("Cannot perform this operation on a closed dataset"));
+    refusePending(false);
     if (isEditing())
         post();
     fetchAll();
-    if (beforeInsert)
-        beforeInsert(*this);
+    beforeInsert(*this);
     const int savedCurrent = mCurrent;
     const int at = recordCount();
-    Row r;
-    r.cur.resize(mNames.size());
-    r.orig = r.cur;
-    r.status = RowStatus::Inserted;
+    auto r = std::make_unique<Row>();
+    r->cur = std::make_unique<QVector<QVariant>>(mDbFieldCount);
+    r->status = RowStatus::Inserted;
     mRows.push_back(std::move(r));
     mCurrent = at;
     mState = State::Insert;
     try {
-        if (onNewRecord)
-            onNewRecord(*this);
+        onNewRecord(*this);
     } catch (...) {
         mRows.pop_back();
         mCurrent = savedCurrent;
@@ -389,6 +943,7 @@ void DataSet::append()
     Q_EMIT rowInserted(at);
     Q_EMIT currentChanged(at);
     Q_EMIT stateChanged(mState);
+    syncDetails();
 }
 
 void DataSet::edit()
@@ -401,9 +956,12 @@ void DataSet::edit()
         insert();
         return;
     }
-    if (beforeEdit)
-        beforeEdit(*this);
-    mSnapshot = mRows[mCurrent];
+    beforeEdit(*this);
+    Row& r = *mRows[static_cast<size_t>(mCurrent)];
+    ensureLoaded(mCurrent);
+    mSnapshot.cur = r.cur ? std::make_unique<QVector<QVariant>>(*r.cur) : nullptr;
+    mSnapshot.status = r.status;
+    editableValues(r);
     setState(State::Edit);
 }
 
@@ -411,44 +969,56 @@ void DataSet::post()
 {
     if (!isEditing())
         return;
-    if (beforePost)
-        beforePost(*this);
-    Row& r = mRows[mCurrent];
-    if (mState == State::Edit && r.status == RowStatus::Unmodified) {
+    beforePost(*this);
+    Row& r = *mRows[static_cast<size_t>(mCurrent)];
+    if (mState == State::Insert) {
+        markDirty(&r);
+    } else if (r.status == RowStatus::Unmodified) {
+        const QVector<QVariant> before = mLayout.values(r.data);
         bool changed = false;
         for (int i = 0; i < mDbFieldCount && !changed; ++i)
-            changed = !sameValue(r.cur[i], mSnapshot.cur[i]);
-        if (changed)
+            changed = !sameValue(r.cur->at(i), before.at(i));
+        if (changed) {
             r.status = RowStatus::Modified;
+            markDirty(&r);
+        } else {
+            r.cur.reset(); // nothing to keep beyond the row as read
+        }
     }
+    mSnapshot = {};
     calc(mCurrent);
     setState(State::Browse);
     Q_EMIT rowChanged(mCurrent);
-    if (afterPost)
-        afterPost(*this);
+    afterPost(*this);
+    syncDetails();
 }
 
 void DataSet::cancel()
 {
     if (!isEditing())
         return;
-    if (beforeCancel)
-        beforeCancel(*this);
+    if (mState == State::Insert)
+        refusePending(false);
+    beforeCancel(*this);
     if (mState == State::Insert) {
         const int at = mCurrent;
+        forgetDirty(mRows[static_cast<size_t>(at)].get());
         mRows.erase(mRows.begin() + at);
         mState = State::Browse;
         Q_EMIT rowRemoved(at);
         mCurrent = -1;
         setCurrent(mRows.empty() ? -1 : std::min<int>(at, recordCount() - 1));
     } else {
-        mRows[mCurrent] = mSnapshot;
+        Row& r = *mRows[static_cast<size_t>(mCurrent)];
+        r.cur = std::move(mSnapshot.cur);
+        r.status = mSnapshot.status;
         mState = State::Browse;
+        calc(mCurrent);
         Q_EMIT rowChanged(mCurrent);
     }
+    mSnapshot = {};
     Q_EMIT stateChanged(mState);
-    if (afterCancel)
-        afterCancel(*this);
+    afterCancel(*this);
 }
 
 void DataSet::remove()
@@ -459,16 +1029,22 @@ void DataSet::remove()
         cancel();
         return;
     }
-    if (beforeDelete)
-        beforeDelete(*this);
-    if (mState == State::Edit)
-        mRows[mCurrent] = mSnapshot;
+    refusePending(false);
+    beforeDelete(*this);
     const int at = mCurrent;
-    Row r = mRows[at];
-    r.deletedAt = at;
-    if (r.status != RowStatus::Inserted)
-        mDeleted.push_back(std::move(r));
+    Row* row = mRows[static_cast<size_t>(at)].get();
+    if (mState == State::Edit) {
+        row->cur = std::move(mSnapshot.cur);
+        row->status = mSnapshot.status;
+        mSnapshot = {};
+    }
+    forgetDirty(row);
+    std::unique_ptr<Row> r = std::move(mRows[static_cast<size_t>(at)]);
     mRows.erase(mRows.begin() + at);
+    if (r->status != RowStatus::Inserted) {
+        r->deletedAt = at;
+        mDeleted.push_back(std::move(r));
+    }
     mState = State::Browse;
     Q_EMIT rowRemoved(at);
     ensureRow(at);
@@ -476,25 +1052,11 @@ void DataSet::remove()
     setCurrent(mRows.empty() ? -1 : std::min<int>(at, recordCount() - 1));
     mEof = mRows.empty();
     Q_EMIT stateChanged(mState);
-    if (afterDelete)
-        afterDelete(*this);
+    afterDelete(*this);
 }
 
-bool DataSet::updatesPending() const
+void DataSet::bindUpdate(Query& q, const Row& r, bool oldFromCurrent) const
 {
-    if (!mDeleted.empty())
-        return true;
-    for (const Row& r : mRows)
-        if (r.status != RowStatus::Unmodified)
-            return true;
-    return false;
-}
-
-void DataSet::runUpdate(const QString& sql, const Row& row)
-{
-    if (sql.isEmpty())
-        throw DataSetError(QStringLiteral("No hay sentencia de actualización para la tabla"));
-    Query q(*mDb, *mTr, sql);
     for (const QString& p : q.paramNames()) {
         int col = -1;
         bool useOld = false;
@@ -504,38 +1066,167 @@ void DataSet::runUpdate(const QString& sql, const Row& row)
             col = mNames.indexOf(p);
         if (col < 0)
             throw DataSetError(QStringLiteral("Field '%1' not found").arg(p));
-        q.paramByName(p).setValue(useOld ? row.orig[col] : row.cur[col]);
+        QVariant v;
+        if (useOld && !oldFromCurrent && col < mDbFieldCount)
+            v = r.status == RowStatus::Inserted ? QVariant() : mLayout.value(r.data, col);
+        else
+            v = rawValue(r, col);
+        q.paramByName(p).setValue(v);
     }
+}
+
+void DataSet::checkUnchanged(const Row& r)
+{
+    // The row as this workstation read it must still be there, unchanged,
+    // and is locked for the rest of the transaction so nobody changes it
+    // between this check and the update.
+    if (mUpdate.refresh.isEmpty())
+        return;
+    const SelectParts parts = parseSelect(mUpdate.refresh);
+    if (!mLockQ)
+        mLockQ = std::make_unique<Query>(*mDb, *mTr);
+    mLockQ->setRawRows(true);
+    mLockQ->setReadBlobs(false);
+    mLockQ->setSQL(parts.simple ? mUpdate.refresh + QStringLiteral(" WITH LOCK") : mUpdate.refresh);
+    bindUpdate(*mLockQ, r, false);
+    mLockQ->open();
+    if (mLockQ->eof()) {
+        mLockQ->close();
+        throw RecordChangedError();
+    }
+    const QByteArray now = mLockQ->packedRow();
+    const RowLayout& layout = mLockQ->layout();
+    const QStringList names = mLockQ->fieldNames();
+    mLockQ->close();
+    for (int i = 0; i < names.size(); ++i) {
+        const int col = mNames.indexOf(names[i]);
+        if (col < 0 || col >= mDbFieldCount)
+            continue;
+        if (!sameValue(layout.value(now, i), mLayout.value(r.data, col)))
+            throw RecordChangedError();
+    }
+}
+
+void DataSet::runUpdate(Query& q, const Row& r)
+{
+    bindUpdate(q, r, false);
     q.exec();
+    const Query::StatementType t = q.statementType();
+    if ((t == Query::StatementType::Update || t == Query::StatementType::Delete) && q.rowsAffected() == 0)
+        throw RecordChangedError();
+}
+
+QVector<QVariant> DataSet::readBack(const Row& r)
+{
+    // What the database now holds (triggers, defaults, conversions), so the
+    // next save compares against the truth.
+    QVector<QVariant> values = *r.cur;
+    if (mUpdate.refresh.isEmpty())
+        return values;
+    if (!mRefreshQ)
+        mRefreshQ = std::make_unique<Query>(*mDb, *mTr);
+    mRefreshQ->setRawRows(true);
+    mRefreshQ->setReadBlobs(false);
+    mRefreshQ->setSQL(mUpdate.refresh);
+    bindUpdate(*mRefreshQ, r, true);
+    mRefreshQ->open();
+    if (!mRefreshQ->eof()) {
+        const QByteArray now = mRefreshQ->packedRow();
+        const QStringList names = mRefreshQ->fieldNames();
+        for (int i = 0; i < names.size(); ++i) {
+            const int col = mNames.indexOf(names[i]);
+            if (col >= 0 && col < mDbFieldCount)
+                values[col] = mRefreshQ->layout().value(now, i);
+        }
+    }
+    mRefreshQ->close();
+    return values;
+}
+
+void DataSet::settle(Row& r, const QVector<QVariant>& values)
+{
+    r.data = mLayout.pack(values);
+    if (mByKey)
+        r.key = keyOf(values);
+    r.loaded = true;
+    r.cur.reset();
+    r.status = RowStatus::Unmodified;
 }
 
 void DataSet::applyUpdates()
 {
     if (isEditing())
         post();
-    while (!mDeleted.empty()) {
-        runUpdate(mUpdate.remove, mDeleted.front());
-        mDeleted.erase(mDeleted.begin());
+    if (!updatesPending())
+        return;
+    auto statement = [this](std::unique_ptr<Query>& q, const QString& sql) -> Query& {
+        if (sql.isEmpty())
+            throw DataSetError(QStringLiteral("No hay sentencia de actualización para la tabla"));
+        if (!q)
+            q = std::make_unique<Query>(*mDb, *mTr);
+        q->setReadBlobs(false);
+        q->setSQL(sql);
+        return *q;
+    };
+    // One savepoint per apply: a failure takes back every statement of it.
+    if (!mSavepoint) {
+        mSavepoint = std::make_unique<Query>(*mDb, *mTr, QStringLiteral("SAVEPOINT TV_APLICAR"));
+        mRelease = std::make_unique<Query>(*mDb, *mTr, QStringLiteral("RELEASE SAVEPOINT TV_APLICAR"));
+        mRollbackTo = std::make_unique<Query>(*mDb, *mTr, QStringLiteral("ROLLBACK TO SAVEPOINT TV_APLICAR"));
     }
-    for (Row& r : mRows) {
-        if (r.status == RowStatus::Unmodified)
-            continue;
-        runUpdate(r.status == RowStatus::Inserted ? mUpdate.insert : mUpdate.modify, r);
-        r.status = RowStatus::Unmodified;
-        r.orig = r.cur;
+    std::vector<QVector<QVariant>> fresh;
+    fresh.reserve(mDirty.size());
+    mSavepoint->exec();
+    try {
+        for (const auto& r : mDeleted) {
+            checkUnchanged(*r);
+            runUpdate(statement(mDeleteQ, mUpdate.remove), *r);
+        }
+        for (Row* r : mDirty) {
+            if (r->status == RowStatus::Inserted) {
+                runUpdate(statement(mInsertQ, mUpdate.insert), *r);
+            } else {
+                checkUnchanged(*r);
+                runUpdate(statement(mModifyQ, mUpdate.modify), *r);
+            }
+        }
+        for (Row* r : mDirty)
+            fresh.push_back(readBack(*r));
+        mRelease->exec();
+    } catch (...) {
+        try {
+            mRollbackTo->exec();
+            mRelease->exec();
+        } catch (const DatabaseError&) {
+            // The statement's own error is the one to report.
+        }
+        throw;
     }
+    // Only now, with everything stored, do the rows become clean.
+    for (size_t i = 0; i < mDirty.size(); ++i)
+        settle(*mDirty[i], fresh[i]);
+    mDeleted.clear();
+    mDirty.clear();
+    mBlobs.clear();
+    for (int i = 0; i < recordCount(); ++i)
+        if (mRows[static_cast<size_t>(i)]->loaded)
+            calc(i);
 }
 
 void DataSet::cancelUpdates()
 {
+    refusePending(false);
     if (isEditing())
         cancel();
-    std::vector<Row> kept;
-    for (Row& r : mRows) {
-        if (r.status == RowStatus::Inserted)
+    std::vector<std::unique_ptr<Row>> kept;
+    kept.reserve(mRows.size() + mDeleted.size());
+    for (auto& r : mRows) {
+        if (r->status == RowStatus::Inserted)
             continue;
-        r.cur = r.orig;
-        r.status = RowStatus::Unmodified;
+        if (r->status == RowStatus::Modified || r->cur) {
+            r->cur.reset();
+            r->status = RowStatus::Unmodified;
+        }
         kept.push_back(std::move(r));
     }
     int current = kept.empty() ? -1 : std::clamp(mCurrent, 0, int(kept.size()) - 1);
@@ -543,11 +1234,11 @@ void DataSet::cancelUpdates()
     // Latest deletion first, so every row returns to the place it left; the
     // current row becomes the one deleted last (the one the user saw go).
     for (auto it = mDeleted.rbegin(); it != mDeleted.rend(); ++it) {
-        Row r = std::move(*it);
-        const int at = std::clamp(r.deletedAt, 0, int(kept.size()));
-        r.cur = r.orig;
-        r.status = RowStatus::Unmodified;
-        r.deletedAt = -1;
+        std::unique_ptr<Row> r = std::move(*it);
+        const int at = std::clamp(r->deletedAt, 0, int(kept.size()));
+        r->cur.reset();
+        r->status = RowStatus::Unmodified;
+        r->deletedAt = -1;
         if (!latest && at <= current)
             ++current;
         kept.insert(kept.begin() + at, std::move(r));
@@ -557,14 +1248,19 @@ void DataSet::cancelUpdates()
         }
     }
     mDeleted.clear();
+    mDirty.clear();
     mRows = std::move(kept);
     mCurrent = mRows.empty() ? -1 : current;
     mBof = mCurrent <= 0;
     mEof = mRows.empty();
+    for (int i = 0; i < recordCount(); ++i)
+        if (mRows[static_cast<size_t>(i)]->loaded)
+            calc(i);
+    ensureLoaded(mCurrent);
     Q_EMIT reset();
     Q_EMIT currentChanged(mCurrent);
-    if (afterScroll)
-        afterScroll(*this);
+    afterScroll(*this);
+    syncDetails();
 }
 
 void DataSet::refreshRecord()
@@ -572,25 +1268,30 @@ void DataSet::refreshRecord()
     if (mUpdate.refresh.isEmpty() || mCurrent < 0)
         return;
     Query q(*mDb, *mTr, mUpdate.refresh);
-    Row& r = mRows[mCurrent];
-    for (const QString& p : q.paramNames()) {
-        const bool old = p.startsWith(QLatin1String("OLD_"));
-        const int col = mNames.indexOf(old ? p.mid(4) : p);
-        if (col < 0)
-            throw DataSetError(QStringLiteral("Field '%1' not found").arg(p));
-        q.paramByName(p).setValue(old ? r.orig[col] : r.cur[col]);
-    }
+    q.setRawRows(true);
+    q.setReadBlobs(false);
+    Row& r = *mRows[static_cast<size_t>(mCurrent)];
+    ensureLoaded(mCurrent);
+    bindUpdate(q, r, r.status == RowStatus::Inserted);
     q.open();
     if (q.eof())
         return;
+    const QByteArray now = q.packedRow();
+    QVector<QVariant> read = mLayout.values(r.data);
+    QVector<QVariant>* cur = r.cur.get();
     for (int i = 0; i < q.fieldCount(); ++i) {
         const int col = mNames.indexOf(q.fieldNames().at(i));
         if (col >= 0 && col < mDbFieldCount) {
-            r.cur[col] = q.values().at(i);
+            const QVariant v = q.layout().value(now, i);
+            if (cur)
+                (*cur)[col] = v;
             if (r.status == RowStatus::Unmodified)
-                r.orig[col] = r.cur[col];
+                read[col] = v;
         }
     }
+    if (r.status == RowStatus::Unmodified)
+        r.data = mLayout.pack(read);
+    mBlobs.clear();
     calc(mCurrent);
     Q_EMIT rowChanged(mCurrent);
 }
@@ -614,7 +1315,8 @@ QVariant DataSet::value(int row, int column) const
 {
     if (row < 0 || row >= recordCount() || column < 0 || column >= fieldCount())
         return {};
-    return mRows[row].cur[column];
+    ensureLoaded(row);
+    return resolved(rawValue(*mRows[static_cast<size_t>(row)], column));
 }
 
 void DataSet::setFieldValue(int index, const QVariant& v)
@@ -627,20 +1329,38 @@ void DataSet::setFieldValue(int index, const QVariant& v)
         throw DataSetError(QStringLiteral("Dataset not in edit or insert mode"));
     if (mCalcRow >= 0 && !calcField && !isEditing())
         throw DataSetError(QStringLiteral("Dataset not in edit or insert mode"));
-    const QVariant before = r->cur[index];
-    r->cur[index] = v;
-    if (mCalcRow < 0) {
-        auto it = mOnChange.find(index);
-        if (it != mOnChange.end()) {
-            try {
-                it->second(DataSetField(this, index));
-            } catch (...) {
-                r->cur[index] = before;
-                throw;
-            }
-        }
-        Q_EMIT rowChanged(mCurrent);
+    if (calcField) {
+        if (!r->calc)
+            r->calc = std::make_unique<QVector<QVariant>>(mCalcNames.size());
+        (*r->calc)[index - mDbFieldCount] = v;
+        if (mCalcRow < 0)
+            Q_EMIT rowChanged(mCurrent);
+        return;
     }
+    QVector<QVariant>& cur = editableValues(*r);
+    const QVariant before = cur[index];
+    cur[index] = v;
+    if (mCalcRow >= 0)
+        return;
+    auto it = mOnChange.find(index);
+    if (it != mOnChange.end()) {
+        try {
+            it->second(DataSetField(this, index));
+        } catch (...) {
+            cur[index] = before;
+            throw;
+        }
+    }
+    // Calculated fields that read this one follow it while it is typed.
+    const QString name = mNames.value(index);
+    for (const QString& c : mCalcNames) {
+        const QStringList& deps = mCalcDeps[c];
+        if (deps.isEmpty() || deps.contains(name)) {
+            calc(mCurrent);
+            break;
+        }
+    }
+    Q_EMIT rowChanged(mCurrent);
 }
 
 void DataSet::generateTableSql()
@@ -660,18 +1380,9 @@ void DataSet::generateTableSql()
     } else {
         // No key: the row is the one whose every comparable column still
         // holds what was read. Blob columns cannot be compared.
-        Query probe(*mDb, *mTr,
-                    QStringLiteral("SELECT TRIM(RF.RDB$FIELD_NAME), F.RDB$FIELD_TYPE FROM RDB$RELATION_FIELDS RF "
-                                   "JOIN RDB$FIELDS F ON F.RDB$FIELD_NAME = RF.RDB$FIELD_SOURCE "
-                                   "WHERE RF.RDB$RELATION_NAME = :T"));
-        probe.paramByName(QStringLiteral("T")).setAsString(mTable);
-        QStringList blobs;
-        for (probe.open(); !probe.eof(); probe.next())
-            if (probe.field(1).asInteger() == 261)
-                blobs.append(probe.field(0).asString());
-        for (const QString& c : cols)
-            if (!blobs.contains(c))
-                where.append(QStringLiteral("(%1 = :OLD_%1 OR (%1 IS NULL AND :OLD_%1 IS NULL))").arg(c));
+        for (int i = 0; i < mDbFieldCount; ++i)
+            if (!mInfos.value(i).isBlob())
+                where.append(QStringLiteral("(%1 = :OLD_%1 OR (%1 IS NULL AND :OLD_%1 IS NULL))").arg(cols[i]));
     }
     const QString w = where.join(QStringLiteral(" AND "));
     mUpdate.modify = QStringLiteral("UPDATE %1 SET %2 WHERE %3").arg(mTable, sets.join(QStringLiteral(", ")), w);

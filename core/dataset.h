@@ -2,11 +2,16 @@
 
 #include "dberror.h"
 #include "query.h"
+#include "rowbuffer.h"
+#include "selectparts.h"
 
+#include <QHash>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace tv {
@@ -20,6 +25,7 @@ public:
 
     QString name() const;
     int index() const { return mIndex; }
+    // Blob contents are read here, on first use, not when the row is fetched.
     QVariant value() const;
     QVariant oldValue() const;
     bool isNull() const;
@@ -31,6 +37,7 @@ public:
     QDate asDate() const { return asField().asDate(); }
     QByteArray asBytes() const { return asField().asBytes(); }
     bool isCalculated() const;
+    FieldInfo info() const;
 
     void setValue(const QVariant& v);
     void setAsString(const QString& s) { setValue(s); }
@@ -45,18 +52,69 @@ private:
     int mIndex;
 };
 
-// The record-screen engine: the rows of a select, buffered as they are
-// fetched; a current row; the states browse / edit / insert; hooks that may
-// refuse an operation by throwing Abort (the data set then stands exactly as
-// before and re-throws); and cached updates, kept until applyUpdates() runs
-// the table's fixed modify / insert / delete statements. In those statements
-// ":NAME" is the field's new value and ":OLD_NAME" its value as read.
+// Subscribers of one data-set event, called in the order they were added, so
+// a screen base and the screen each attach their own without replacing the
+// other's. A subscriber may refuse by throwing Abort.
+template <typename... Args>
+class HookList {
+public:
+    using Fn = std::function<void(Args...)>;
+    int add(Fn f)
+    {
+        mSubs.emplace_back(++mNext, std::move(f));
+        return mNext;
+    }
+    HookList& operator+=(Fn f)
+    {
+        add(std::move(f));
+        return *this;
+    }
+    void remove(int id)
+    {
+        std::erase_if(mSubs, [id](const auto& s) { return s.first == id; });
+    }
+    void clear() { mSubs.clear(); }
+    explicit operator bool() const { return !mSubs.empty(); }
+    void operator()(Args... args) const
+    {
+        // A subscriber may add or remove others; call the ones there now.
+        const auto subs = mSubs;
+        for (const auto& s : subs)
+            s.second(args...);
+    }
+
+private:
+    std::vector<std::pair<int, Fn>> mSubs;
+    int mNext = 0;
+};
+
+// The record-screen engine over one select: a current row; the states
+// browse / edit / insert; hooks that may refuse an operation by throwing
+// Abort (the data set then stands exactly as before and re-throws); and
+// cached updates, kept until applyUpdates() runs the table's fixed modify /
+// insert / delete statements. In those statements ":NAME" is the field's new
+// value and ":OLD_NAME" its value as read.
+//
+// Rows are held packed (see RowLayout) and blobs are read when a field is
+// read. A select on one table whose key is known (setTable, setKeyFields, or
+// the table's primary key) is read by keys: the whole result's keys come
+// first, cheaply, and full rows are read a page at a time as they are shown,
+// and dropped again when far from view; so the last row of 90,000 wide ones
+// is reached in a second.
+//
+// Changes are never dropped silently: close, refresh, a new select and moving
+// a master with pending detail changes all refuse with PendingChangesError.
+// An apply runs inside a savepoint and lands whole or not at all; a modify or
+// delete whose row another workstation changed or deleted since it was read
+// fails with RecordChangedError and stays pending.
 // Not thread-safe.
 class DataSet : public QObject {
     Q_OBJECT
 public:
     enum class State { Inactive, Browse, Edit, Insert };
     enum class RowStatus { Unmodified, Modified, Inserted };
+    enum LocateOption { CaseInsensitive = 1, PartialKey = 2 };
+    Q_DECLARE_FLAGS(LocateOptions, LocateOption)
 
     struct UpdateSql {
         QString refresh;
@@ -76,7 +134,18 @@ public:
     // "SELECT * FROM table" with statements generated from its columns; with
     // no key, rows are found by comparing every non-blob column.
     void setTable(const QString& table, const QStringList& keyFields = {});
-    void addCalculatedField(const QString& name);
+    // The columns that identify a row of the select's table.
+    void setKeyFields(const QStringList& keyFields);
+    QStringList keyFields() const { return mKeys; }
+    // A calculated field, recomputed by onCalcFields when a row is read, on
+    // post, and while editing whenever one of dependsOn changes (any field
+    // when dependsOn is empty).
+    void addCalculatedField(const QString& name, const QStringList& dependsOn = {});
+    // This data set's parameters named like the master's fields (or only
+    // `fields`) follow the master's current row: it reopens when the master
+    // moves, and the master refuses to move while this one has pending changes.
+    void setMasterSource(DataSet* master, const QStringList& fields = {});
+    DataSet* masterSource() const { return mMaster; }
     Database& database() const { return *mDb; }
     Transaction& transaction() const { return *mTr; }
 
@@ -85,8 +154,10 @@ public:
     bool isOpen() const { return mState != State::Inactive; }
     State state() const { return mState; }
     bool isEditing() const { return mState == State::Edit || mState == State::Insert; }
+    // True when the result is read by keys (large single-table selects).
+    bool readsByKey() const { return mByKey; }
 
-    // Rows fetched so far (the select may hold more).
+    // Rows known so far (the select may hold more).
     int recordCount() const { return static_cast<int>(mRows.size()); }
     bool isEmpty() const;
     int recNo() const { return mCurrent; }
@@ -101,8 +172,13 @@ public:
     void next();
     void last();
     void moveTo(int row);
-    bool locate(const QString& fieldName, const QVariant& value);
+    // The first row, in the data set's order, whose fields hold the values;
+    // with PartialKey a text field need only start with its value. Pending
+    // changes count as the row's values.
+    bool locate(const QString& fieldName, const QVariant& value, LocateOptions options = {});
+    bool locate(const QStringList& fieldNames, const QVariantList& values, LocateOptions options = {});
     // Reopens the select and returns to the row with the same key.
+    void refresh();
     void refreshKeepingPosition(const QString& keyField);
 
     void insert();
@@ -112,9 +188,9 @@ public:
     void cancel();
     void remove();
 
-    bool updatesPending() const;
-    // Runs the pending statements in row order (deletions first); each row
-    // applied is marked clean at once, so a failure leaves only the rest pending.
+    bool updatesPending() const { return !mDirty.empty() || !mDeleted.empty(); }
+    // Runs the pending statements, deletions first, then the other changes in
+    // the order they were made; all of them or none.
     void applyUpdates();
     void cancelUpdates();
     // Re-reads the current row with the refresh statement.
@@ -125,13 +201,14 @@ public:
     int fieldIndex(const QString& name) const { return mNames.indexOf(name.toUpper()); }
     DataSetField fieldByName(const QString& name);
     DataSetField field(int index);
+    FieldInfo fieldInfo(int index) const { return mInfos.value(index); }
     // Direct read for grids, without moving the current row.
     QVariant value(int row, int column) const;
-    RowStatus rowStatus(int row) const { return mRows.at(row).status; }
+    RowStatus rowStatus(int row) const { return mRows.at(static_cast<size_t>(row))->status; }
 
-    using Hook = std::function<void(DataSet&)>;
+    using Hook = HookList<DataSet&>;
     Hook beforeOpen, afterOpen, onNewRecord, beforeInsert, beforeEdit, beforePost, afterPost, beforeCancel,
-        afterCancel, beforeDelete, afterDelete, afterScroll, onCalcFields;
+        afterCancel, beforeDelete, afterDelete, beforeScroll, afterScroll, onCalcFields;
     void setOnChange(const QString& fieldName, std::function<void(DataSetField)> f);
 
 Q_SIGNALS:
@@ -146,23 +223,50 @@ Q_SIGNALS:
 private:
     friend class DataSetField;
     struct Row {
-        QVector<QVariant> cur;
-        QVector<QVariant> orig;
+        QByteArray data;                         // packed as read or last saved
+        QByteArray key;                          // packed key values (read by keys)
+        std::unique_ptr<QVector<QVariant>> cur;  // the values while edited or pending
+        std::unique_ptr<QVector<QVariant>> calc; // calculated fields
         RowStatus status = RowStatus::Unmodified;
+        bool loaded = true;
         int deletedAt = -1; // where a deleted row stood, to put it back there
+    };
+    struct Snapshot {
+        std::unique_ptr<QVector<QVariant>> cur;
+        RowStatus status = RowStatus::Unmodified;
     };
 
     void fetchOne();
     bool ensureRow(int row);
+    void ensureLoaded(int row) const;
+    void loadPage(int row);
+    void evictFarRows(int keepFrom, int keepTo);
     void setCurrent(int row);
     void calc(int row);
     void setState(State s);
     void checkBrowseForMove();
-    void runUpdate(const QString& sql, const Row& row);
+    void refusePending(bool includingOwn) const;
+    void syncDetails();
+    void markDirty(Row* r);
+    void forgetDirty(Row* r);
+    QVector<QVariant>& editableValues(Row& r);
+    QVariant rawValue(const Row& r, int column) const;
+    QVariant resolved(const QVariant& v) const;
+    bool rowMatches(const Row& r, const std::vector<int>& columns, const QVariantList& values,
+                    LocateOptions options) const;
+    int locateByKey(const std::vector<int>& columns, const QVariantList& values, LocateOptions options);
+    int positionOfKey(const QByteArray& key);
+    int positionOf(const Row* r) const;
+    QByteArray keyOf(const QVector<QVariant>& values) const;
+    void bindUpdate(Query& q, const Row& r, bool oldFromCurrent) const;
+    void checkUnchanged(const Row& r);
+    void runUpdate(Query& q, const Row& r);
+    QVector<QVariant> readBack(const Row& r);
+    void settle(Row& r, const QVector<QVariant>& values);
     void generateTableSql();
-    const Row* accessRow() const;
-    Row* accessRow();
+    Row* accessRow() const;
     void setFieldValue(int index, const QVariant& v);
+    void resetRows();
 
     Database* mDb;
     Transaction* mTr;
@@ -171,18 +275,44 @@ private:
     QString mTable;
     QStringList mKeys;
     QStringList mCalcNames;
+    std::map<QString, QStringList> mCalcDeps;
     QStringList mNames;
+    QVector<FieldInfo> mInfos;
+    RowLayout mLayout;
     int mDbFieldCount = 0;
-    std::vector<Row> mRows;
-    std::vector<Row> mDeleted;
+    std::vector<std::unique_ptr<Row>> mRows;
+    std::vector<std::unique_ptr<Row>> mDeleted;
+    std::vector<Row*> mDirty;
     int mCurrent = -1;
     bool mEof = true;
     bool mBof = true;
     State mState = State::Inactive;
-    Row mSnapshot;
+    Snapshot mSnapshot;
     int mCalcRow = -1;
     std::map<int, std::function<void(DataSetField)>> mOnChange;
     std::map<QString, std::function<void(DataSetField)>> mPendingOnChange;
+
+    // Reading by keys.
+    bool mByKey = false;
+    SelectParts mParts;
+    std::unique_ptr<Query> mKeyQuery;
+    std::unique_ptr<Query> mPageQuery;
+    std::unique_ptr<Query> mLocateQuery;
+    RowLayout mKeyLayout;
+    std::vector<int> mKeyColumns; // key fields' columns in the full row
+    int mLoadedRows = 0;
+
+    // Prepared once and reused by every apply.
+    std::unique_ptr<Query> mModifyQ, mInsertQ, mDeleteQ, mRefreshQ, mLockQ;
+    std::unique_ptr<Query> mSavepoint, mRelease, mRollbackTo;
+
+    mutable QHash<QPair<quint32, quint32>, QVariant> mBlobs;
+
+    QPointer<DataSet> mMaster;
+    QStringList mMasterFields;
+    std::vector<QPointer<DataSet>> mDetails;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(DataSet::LocateOptions)
 
 } // namespace tv

@@ -45,10 +45,24 @@ bool DatabaseError::isUniqueViolation() const
 
 bool DatabaseError::isAlreadyExists() const
 {
-    // Firebird words this differently per object kind: a duplicate column is
-    // a unique-key violation on the system table of columns.
-    return mMessage.contains(QLatin1String("already exists"), Qt::CaseInsensitive) ||
-           (isUniqueViolation() && mMessage.contains(QLatin1String("RDB$RELATION_FIELDS")));
+    // A metadata update refused because the object is there: either one of
+    // the named duplicate codes or, for a column, a unique-key violation on
+    // the system table of columns.
+    if (!hasCode(isc_no_meta_update))
+        return false;
+    return isUniqueViolation() || hasCode(isc_dyn_dup_table) || hasCode(isc_dyn_dup_index) ||
+           hasCode(isc_dyn_domain_name_exists) || hasCode(isc_dyn_field_name_exists) ||
+           hasCode(isc_dyn_dup_sql_role) || hasCode(isc_dyn_duplicate_package_item);
 }
+
+const QString RecordChangedError::kText =
+    QStringLiteral("El registro ha sido modificado o eliminado por otro usuario. Vuelva a cargar los datos.");
+
+RecordChangedError::RecordChangedError() : DatabaseError(kText) {}
+
+const QString PendingChangesError::kText =
+    QStringLiteral("Hay cambios sin grabar. Grábelos o cancélelos antes de continuar.");
+
+PendingChangesError::PendingChangesError() : DatabaseError(kText) {}
 
 } // namespace tv

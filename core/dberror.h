@@ -36,6 +36,22 @@ private:
     QString mSqlState;
 };
 
+// A save that found its row gone or changed by another workstation since it
+// was read; the change stays pending.
+class RecordChangedError : public DatabaseError {
+public:
+    RecordChangedError();
+    static const QString kText;
+};
+
+// Closing, refreshing or re-querying a data set that holds changes not yet
+// saved; refused so nothing typed is lost.
+class PendingChangesError : public DatabaseError {
+public:
+    PendingChangesError();
+    static const QString kText;
+};
+
 // Thrown by data-set hooks to refuse an operation; the data set restores its
 // state and re-throws so the caller knows nothing happened.
 class Abort : public std::exception {

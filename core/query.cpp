@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstring>
 #include <map>
+#include <optional>
 #include <vector>
 
 using namespace Firebird;
@@ -151,26 +152,8 @@ namespace {
 
 const unsigned kCsUtf8 = 4;
 const unsigned kCsOctets = 1;
+const unsigned kCsUnicodeFss = 3;
 const int kSegment = 32000;
-
-ISC_TIMESTAMP encodeTimestamp(const QDateTime& dt)
-{
-    ISC_TIMESTAMP ts;
-    ts.timestamp_date = static_cast<ISC_DATE>(dt.date().toJulianDay() - 2400001);
-    const QTime t = dt.time();
-    ts.timestamp_time = static_cast<ISC_TIME>((t.hour() * 3600 + t.minute() * 60 + t.second()) * 10000 +
-                                              t.msec() * 10);
-    return ts;
-}
-
-QDateTime decodeTimestamp(const ISC_TIMESTAMP& ts)
-{
-    const QDate d = QDate::fromJulianDay(static_cast<qint64>(ts.timestamp_date) + 2400001);
-    const unsigned frac = ts.timestamp_time;
-    const int secs = static_cast<int>(frac / 10000);
-    const int msec = static_cast<int>((frac % 10000) / 10);
-    return QDateTime(d, QTime(secs / 3600, (secs / 60) % 60, secs % 60, msec));
-}
 
 bool isIntegerVariant(const QVariant& v)
 {
@@ -188,6 +171,54 @@ bool isIntegerVariant(const QVariant& v)
     }
 }
 
+bool isNullVariant(const QVariant& v)
+{
+    // An empty date is NULL, not a timestamp out of range.
+    return !v.isValid() || v.isNull() || (v.typeId() == QMetaType::QDateTime && !v.toDateTime().isValid()) ||
+           (v.typeId() == QMetaType::QDate && !v.toDate().isValid());
+}
+
+ColumnKind kindOf(unsigned type, unsigned charSet)
+{
+    switch (type) {
+    case SQL_TEXT:
+    case SQL_VARYING:
+        return charSet == kCsOctets ? ColumnKind::Bytes : ColumnKind::Text;
+    case SQL_SHORT:
+        return ColumnKind::Int16;
+    case SQL_LONG:
+        return ColumnKind::Int32;
+    case SQL_INT64:
+        return ColumnKind::Int64;
+    case SQL_FLOAT:
+        return ColumnKind::Float;
+    case SQL_DOUBLE:
+    case SQL_D_FLOAT:
+        return ColumnKind::Double;
+    case SQL_TIMESTAMP:
+        return ColumnKind::Timestamp;
+    case SQL_TYPE_DATE:
+        return ColumnKind::Date;
+    case SQL_TYPE_TIME:
+        return ColumnKind::Time;
+    case SQL_BOOLEAN:
+        return ColumnKind::Boolean;
+    case SQL_BLOB:
+        return ColumnKind::Blob;
+    default:
+        return ColumnKind::Bytes;
+    }
+}
+
+// One input parameter's shape in the message; the coerced metadata is kept
+// while the shapes stay the same (every row of one apply, as a rule).
+struct ParamShape {
+    unsigned type;
+    unsigned length;
+    unsigned charSet;
+    bool operator==(const ParamShape&) const = default;
+};
+
 } // namespace
 
 struct Query::Impl {
@@ -199,27 +230,25 @@ struct Query::Impl {
     QString converted;
     QStringList positions;
     std::map<QString, QVariant> params;
+    bool readBlobs = true;
+    bool rawRows = false;
 
-    IStatement* stmt = nullptr;
+    fb::Ref<IStatement> stmt;
     quint64 generation = 0;
     unsigned type = 0;
-    IMessageMetadata* outMeta = nullptr;
+    fb::Ref<IMessageMetadata> outMeta;
     std::vector<unsigned char> outBuf;
     QStringList names;
+    QVector<FieldInfo> infos;
     // The output layout, read once at prepare: asking the metadata object per
     // row and column costs more than the decoding itself on long lists.
-    struct Column {
-        unsigned type;
-        int subType;
-        int scale;
-        unsigned length;
-        unsigned charSet;
-        unsigned offset;
-        unsigned nullOffset;
-    };
-    std::vector<Column> columns;
+    RowLayout layout;
 
-    IResultSet* rs = nullptr;
+    fb::Ref<IMessageMetadata> inMeta;
+    fb::Ref<IMessageMetadata> inMsg;
+    std::vector<ParamShape> inShapes;
+
+    fb::Ref<IResultSet> rs;
     bool isOpen = false;
     bool atEof = true;
     QVector<QVariant> row;
@@ -229,30 +258,27 @@ struct Query::Impl {
 
     void closeCursor()
     {
-        if (rs) {
-            try {
-                fb::guard([&] {
-                    fb::Status st;
-                    rs->close(&st);
-                });
-            } catch (const DatabaseError&) {
-                rs->release();
-            }
-            rs = nullptr;
+        if (!rs)
+            return;
+        try {
+            fb::guard([&] {
+                fb::Status st;
+                rs->close(&st);
+                rs.take(); // close() released it
+            });
+        } catch (const DatabaseError&) {
+            rs.reset();
         }
     }
 
     void release()
     {
         closeCursor();
-        if (outMeta) {
-            outMeta->release();
-            outMeta = nullptr;
-        }
-        if (stmt) {
-            stmt->release();
-            stmt = nullptr;
-        }
+        inMsg.reset();
+        inShapes.clear();
+        inMeta.reset();
+        outMeta.reset();
+        stmt.reset();
         isOpen = false;
         atEof = true;
     }
@@ -273,173 +299,296 @@ struct Query::Impl {
         fb::guard([&] {
             fb::Status st;
             const QByteArray text = converted.toUtf8();
-            stmt = db->attachment()->prepare(&st, tra, 0, text.constData(), 1,
-                                             IStatement::PREPARE_PREFETCH_METADATA);
+            stmt.reset(db->attachment()->prepare(&st, tra, 0, text.constData(), 1,
+                                                 IStatement::PREPARE_PREFETCH_METADATA));
             generation = db->generation();
             type = stmt->getType(&st);
-            outMeta = stmt->getOutputMetadata(&st);
+            inMeta.reset(stmt->getInputMetadata(&st));
+            outMeta.reset(stmt->getOutputMetadata(&st));
             const unsigned count = outMeta->getCount(&st);
-            names.clear();
-            columns.clear();
+            std::vector<ColumnLayout> columns;
             for (unsigned i = 0; i < count; ++i) {
-                names.append(QString::fromUtf8(outMeta->getAlias(&st, i)).toUpper());
-                columns.push_back({outMeta->getType(&st, i) & ~1u, outMeta->getSubType(&st, i),
-                                   outMeta->getScale(&st, i), outMeta->getLength(&st, i),
-                                   outMeta->getCharSet(&st, i), outMeta->getOffset(&st, i),
-                                   outMeta->getNullOffset(&st, i)});
+                const unsigned rawType = outMeta->getType(&st, i);
+                const unsigned t = rawType & ~1u;
+                const unsigned cs = outMeta->getCharSet(&st, i);
+                ColumnLayout c;
+                c.kind = kindOf(t, cs);
+                c.scale = static_cast<qint8>(outMeta->getScale(&st, i));
+                c.fixedLength = t == SQL_TEXT;
+                c.textBlob = t == SQL_BLOB && outMeta->getSubType(&st, i) == 1;
+                c.offset = outMeta->getOffset(&st, i);
+                c.nullOffset = outMeta->getNullOffset(&st, i);
+                c.length = outMeta->getLength(&st, i);
+                columns.push_back(c);
+
+                FieldInfo f;
+                f.name = QString::fromUtf8(outMeta->getAlias(&st, i)).toUpper();
+                f.relation = QString::fromUtf8(outMeta->getRelation(&st, i)).trimmed().toUpper();
+                f.origin = QString::fromUtf8(outMeta->getField(&st, i)).trimmed().toUpper();
+                f.nullable = outMeta->isNullable(&st, i);
+                f.scale = -c.scale;
+                f.blobSubType = t == SQL_BLOB ? outMeta->getSubType(&st, i) : 0;
+                switch (c.kind) {
+                case ColumnKind::Text:
+                    f.type = FieldInfo::Type::Text;
+                    f.size = static_cast<int>(c.length / (cs == kCsUtf8 ? 4 : cs == kCsUnicodeFss ? 3 : 1));
+                    break;
+                case ColumnKind::Bytes:
+                    f.type = FieldInfo::Type::Bytes;
+                    f.size = static_cast<int>(c.length);
+                    break;
+                case ColumnKind::Int16:
+                case ColumnKind::Int32:
+                case ColumnKind::Int64:
+                    f.type = c.scale < 0 ? FieldInfo::Type::Numeric : FieldInfo::Type::Integer;
+                    f.size = static_cast<int>(c.length);
+                    break;
+                case ColumnKind::Float:
+                case ColumnKind::Double:
+                    // Dialect-1 NUMERIC(15,2) is a double that carries its scale.
+                    f.type = c.scale < 0 ? FieldInfo::Type::Numeric : FieldInfo::Type::Float;
+                    f.size = static_cast<int>(c.length);
+                    break;
+                case ColumnKind::Timestamp:
+                    f.type = FieldInfo::Type::DateTime;
+                    f.size = 8;
+                    break;
+                case ColumnKind::Date:
+                    f.type = FieldInfo::Type::Date;
+                    f.size = 4;
+                    break;
+                case ColumnKind::Time:
+                    f.type = FieldInfo::Type::Time;
+                    f.size = 4;
+                    break;
+                case ColumnKind::Boolean:
+                    f.type = FieldInfo::Type::Boolean;
+                    f.size = 1;
+                    break;
+                case ColumnKind::Blob:
+                    f.type = c.textBlob ? FieldInfo::Type::TextBlob : FieldInfo::Type::BinaryBlob;
+                    f.size = 8;
+                    break;
+                }
+                names.append(f.name);
+                infos.append(f);
             }
+            layout = RowLayout(std::move(columns));
             outBuf.assign(outMeta->getMessageLength(&st), 0);
         });
     }
 
-    // Builds the input message from the parameter values. The message is
-    // typed after the values (the engine converts), except blobs, which are
-    // written first and passed by id.
+    QByteArray textOf(const QVariant& v) const
+    {
+        return v.typeId() == QMetaType::QByteArray ? v.toByteArray() : v.toString().toUtf8();
+    }
+
+    // The input message for the current values. It is typed after the values
+    // (the engine converts), except blobs: an unread one goes back by its id,
+    // a long new one is written first and passed by id.
     IMessageMetadata* buildInput(fb::Status& st, ITransaction* tra, std::vector<unsigned char>& buf)
     {
-        IMessageMetadata* in = stmt->getInputMetadata(&st);
-        const unsigned count = in->getCount(&st);
-        if (count != static_cast<unsigned>(positions.size())) {
-            in->release();
+        const unsigned count = inMeta->getCount(&st);
+        if (count != static_cast<unsigned>(positions.size()))
             throw DataSetError(QStringLiteral("La sentencia espera %1 parámetros y tiene %2 con nombre")
                                    .arg(count)
                                    .arg(positions.size()));
-        }
         if (count == 0) {
             buf.clear();
-            return in;
+            return inMeta.get();
         }
-        IMetadataBuilder* b = in->getBuilder(&st);
+        enum class As { Null, Text, Int, Double, Timestamp, Bytes, BlobById, NewBlob };
         std::vector<QVariant> vals(count);
-        std::vector<bool> blob(count, false);
-        std::vector<bool> textBlobAsString(count, false);
+        std::vector<As> as(count);
+        std::vector<ParamShape> shapes(count);
         for (unsigned i = 0; i < count; ++i) {
-            QVariant v = params[positions[i]];
-            // An empty date is NULL, not a timestamp out of range.
-            if ((v.typeId() == QMetaType::QDateTime && !v.toDateTime().isValid()) ||
-                (v.typeId() == QMetaType::QDate && !v.toDate().isValid()))
-                v = QVariant();
+            const QVariant v = params[positions[i]];
             vals[i] = v;
-            const unsigned t = in->getType(&st, i) & ~1u;
-            if (!v.isValid() || v.isNull())
+            const unsigned declared = inMeta->getType(&st, i) & ~1u;
+            ParamShape& s = shapes[i];
+            if (isNullVariant(v)) {
+                as[i] = As::Null;
+                s = {declared, inMeta->getLength(&st, i), inMeta->getCharSet(&st, i)};
                 continue;
-            if (t == SQL_BLOB) {
-                const bool text = in->getSubType(&st, i) == 1;
-                if (text && v.typeId() != QMetaType::QByteArray && v.toString().toUtf8().size() <= kSegment) {
-                    // Short texts go as strings: the engine makes the blob
-                    // and transliterates to the column's charset.
-                    textBlobAsString[i] = true;
-                } else {
-                    blob[i] = true;
+            }
+            if (v.typeId() == qMetaTypeId<BlobId>()) {
+                as[i] = As::BlobById;
+                s = {SQL_BLOB, sizeof(ISC_QUAD), inMeta->getCharSet(&st, i)};
+                continue;
+            }
+            if (declared == SQL_BLOB) {
+                const bool text = inMeta->getSubType(&st, i) == 1;
+                if (!text || v.typeId() == QMetaType::QByteArray || textOf(v).size() > kSegment) {
+                    as[i] = As::NewBlob;
+                    s = {SQL_BLOB, sizeof(ISC_QUAD), inMeta->getCharSet(&st, i)};
                     continue;
                 }
+                // Short texts go as strings: the engine makes the blob and
+                // transliterates to the column's charset.
             }
-            if (v.typeId() == QMetaType::QString || textBlobAsString[i]) {
-                const int len = std::max<qsizetype>(1, v.toString().toUtf8().size());
-                b->setType(&st, i, SQL_VARYING + 1);
-                b->setLength(&st, i, static_cast<unsigned>(len));
-                b->setCharSet(&st, i, kCsUtf8);
-                b->setScale(&st, i, 0);
+            const unsigned declaredLength = inMeta->getLength(&st, i);
+            if (v.typeId() == QMetaType::QByteArray && declared != SQL_BLOB) {
+                as[i] = As::Bytes;
+                s = {SQL_VARYING, std::max<unsigned>({1u, declaredLength, static_cast<unsigned>(v.toByteArray().size())}),
+                     kCsOctets};
             } else if (isIntegerVariant(v)) {
-                b->setType(&st, i, SQL_INT64 + 1);
-                b->setLength(&st, i, sizeof(ISC_INT64));
-                b->setScale(&st, i, 0);
+                as[i] = As::Int;
+                s = {SQL_INT64, sizeof(ISC_INT64), 0};
             } else if (v.typeId() == QMetaType::Double || v.typeId() == QMetaType::Float) {
-                b->setType(&st, i, SQL_DOUBLE + 1);
-                b->setLength(&st, i, sizeof(double));
-                b->setScale(&st, i, 0);
+                as[i] = As::Double;
+                s = {SQL_DOUBLE, sizeof(double), 0};
             } else if (v.typeId() == QMetaType::QDateTime || v.typeId() == QMetaType::QDate) {
-                b->setType(&st, i, SQL_TIMESTAMP + 1);
-                b->setLength(&st, i, sizeof(ISC_TIMESTAMP));
-                b->setScale(&st, i, 0);
-            } else if (v.typeId() == QMetaType::QByteArray) {
-                b->setType(&st, i, SQL_VARYING + 1);
-                b->setLength(&st, i, static_cast<unsigned>(std::max<qsizetype>(1, v.toByteArray().size())));
-                b->setCharSet(&st, i, kCsOctets);
-                b->setScale(&st, i, 0);
+                as[i] = As::Timestamp;
+                s = {SQL_TIMESTAMP, sizeof(ISC_TIMESTAMP), 0};
             } else {
-                const int len = std::max<qsizetype>(1, v.toString().toUtf8().size());
-                b->setType(&st, i, SQL_VARYING + 1);
-                b->setLength(&st, i, static_cast<unsigned>(len));
-                b->setCharSet(&st, i, kCsUtf8);
-                b->setScale(&st, i, 0);
+                // Sized to the larger of the column and the value, so the
+                // shape stays put from row to row and an overlong value still
+                // reaches the engine, which refuses it with its own message.
+                as[i] = As::Text;
+                s = {SQL_VARYING,
+                     std::max<unsigned>({1u, declared == SQL_BLOB ? 0u : declaredLength,
+                                         static_cast<unsigned>(textOf(v).size())}),
+                     kCsUtf8};
             }
         }
-        IMessageMetadata* msg = b->getMetadata(&st);
-        b->release();
-        in->release();
+        if (!inMsg || shapes != inShapes) {
+            fb::Ref<IMetadataBuilder> b(inMeta->getBuilder(&st));
+            for (unsigned i = 0; i < count; ++i) {
+                if (as[i] == As::Null)
+                    continue;
+                if (as[i] == As::BlobById || as[i] == As::NewBlob) {
+                    b->setType(&st, i, SQL_BLOB + 1);
+                    continue;
+                }
+                b->setType(&st, i, shapes[i].type + 1);
+                b->setLength(&st, i, shapes[i].length);
+                if (shapes[i].type == SQL_VARYING)
+                    b->setCharSet(&st, i, shapes[i].charSet);
+                b->setScale(&st, i, 0);
+            }
+            inMsg.reset(b->getMetadata(&st));
+            inShapes = shapes;
+        }
+        IMessageMetadata* msg = inMsg.get();
 
         buf.assign(msg->getMessageLength(&st), 0);
         for (unsigned i = 0; i < count; ++i) {
             const QVariant& v = vals[i];
             auto* nullFlag = reinterpret_cast<short*>(buf.data() + msg->getNullOffset(&st, i));
             unsigned char* data = buf.data() + msg->getOffset(&st, i);
-            if (!v.isValid() || v.isNull()) {
-                *nullFlag = -1;
-                continue;
-            }
             *nullFlag = 0;
-            const unsigned t = msg->getType(&st, i) & ~1u;
-            if (blob[i]) {
-                const QByteArray bytes = v.typeId() == QMetaType::QByteArray ? v.toByteArray() : v.toString().toUtf8();
-                ISC_QUAD id;
-                IBlob* bl = nullptr;
-                if (msg->getSubType(&st, i) == 1) {
-                    // Text written as UTF-8; the engine converts to the column's charset.
-                    const unsigned char bpb[] = {isc_bpb_version1,
-                                                 isc_bpb_source_type, 1, 1,
-                                                 isc_bpb_source_interp, 1, kCsUtf8,
-                                                 isc_bpb_target_type, 1, 1,
-                                                 isc_bpb_target_interp, 1, kCsUtf8};
-                    bl = db->attachment()->createBlob(&st, tra, &id, sizeof bpb, bpb);
-                } else {
-                    bl = db->attachment()->createBlob(&st, tra, &id, 0, nullptr);
-                }
-                for (qsizetype off = 0; off < bytes.size(); off += kSegment) {
-                    const qsizetype len = std::min<qsizetype>(kSegment, bytes.size() - off);
-                    bl->putSegment(&st, static_cast<unsigned>(len), bytes.constData() + off);
-                }
-                bl->close(&st);
-                std::memcpy(data, &id, sizeof id);
-                continue;
-            }
-            switch (t) {
-            case SQL_VARYING: {
-                const QByteArray bytes = v.typeId() == QMetaType::QByteArray ? v.toByteArray() : v.toString().toUtf8();
-                const auto len = static_cast<unsigned short>(bytes.size());
-                std::memcpy(data, &len, sizeof len);
-                std::memcpy(data + sizeof len, bytes.constData(), bytes.size());
+            switch (as[i]) {
+            case As::Null:
+                *nullFlag = -1;
+                break;
+            case As::BlobById: {
+                const BlobId id = v.value<BlobId>();
+                ISC_QUAD q;
+                q.gds_quad_high = static_cast<ISC_LONG>(id.high);
+                q.gds_quad_low = id.low;
+                std::memcpy(data, &q, sizeof q);
                 break;
             }
-            case SQL_INT64: {
+            case As::NewBlob: {
+                const ISC_QUAD id = writeBlob(st, tra, textOf(v), msg->getSubType(&st, i) == 1);
+                std::memcpy(data, &id, sizeof id);
+                break;
+            }
+            case As::Text:
+            case As::Bytes: {
+                const QByteArray bytes = textOf(v);
+                const auto len = static_cast<unsigned short>(bytes.size());
+                std::memcpy(data, &len, sizeof len);
+                std::memcpy(data + sizeof len, bytes.constData(), static_cast<size_t>(bytes.size()));
+                break;
+            }
+            case As::Int: {
                 const ISC_INT64 x = v.toLongLong();
                 std::memcpy(data, &x, sizeof x);
                 break;
             }
-            case SQL_DOUBLE: {
+            case As::Double: {
                 const double x = v.toDouble();
                 std::memcpy(data, &x, sizeof x);
                 break;
             }
-            case SQL_TIMESTAMP: {
-                const QDateTime dt =
-                    v.typeId() == QMetaType::QDate ? v.toDate().startOfDay() : v.toDateTime();
-                const ISC_TIMESTAMP ts = encodeTimestamp(dt);
+            case As::Timestamp: {
+                const QDateTime dt = v.typeId() == QMetaType::QDate ? v.toDate().startOfDay() : v.toDateTime();
+                quint32 date, time;
+                encodeTimestamp(dt, &date, &time);
+                ISC_TIMESTAMP ts;
+                ts.timestamp_date = static_cast<ISC_DATE>(date);
+                ts.timestamp_time = time;
                 std::memcpy(data, &ts, sizeof ts);
                 break;
             }
-            default:
-                throw DataSetError(QStringLiteral("Tipo de parámetro no admitido en %1").arg(positions[i]));
             }
         }
         return msg;
     }
 
-    QByteArray readBlob(fb::Status& st, ITransaction* tra, const ISC_QUAD& id)
+    ISC_QUAD writeBlob(fb::Status& st, ITransaction* tra, const QByteArray& bytes, bool text)
+    {
+        ISC_QUAD id;
+        fb::Ref<IBlob> bl;
+        if (text) {
+            // Text written as UTF-8; the engine converts to the column's charset.
+            const unsigned char bpb[] = {isc_bpb_version1,
+                                         isc_bpb_source_type, 1, 1,
+                                         isc_bpb_source_interp, 1, kCsUtf8,
+                                         isc_bpb_target_type, 1, 1,
+                                         isc_bpb_target_interp, 1, kCsUtf8};
+            bl.reset(db->attachment()->createBlob(&st, tra, &id, sizeof bpb, bpb));
+        } else {
+            bl.reset(db->attachment()->createBlob(&st, tra, &id, 0, nullptr));
+        }
+        for (qsizetype off = 0; off < bytes.size(); off += kSegment) {
+            const qsizetype len = std::min<qsizetype>(kSegment, bytes.size() - off);
+            bl->putSegment(&st, static_cast<unsigned>(len), bytes.constData() + off);
+        }
+        bl->close(&st);
+        bl.take();
+        return id;
+    }
+
+    // Text blobs reach a UTF8 attachment as converted temporary copies, made
+    // as each row is fetched and valid only in this transaction: their ids
+    // are worth nothing later, so raw rows carry their contents. Binary blobs
+    // (photographs) keep their stored ids and are read when asked for.
+    std::vector<std::optional<QByteArray>> inlineBlobs;
+
+    void decodeRow(fb::Status& st, ITransaction* tra)
+    {
+        if (rawRows) {
+            inlineBlobs.assign(static_cast<size_t>(layout.count()), std::nullopt);
+            for (int i = 0; i < layout.count(); ++i) {
+                const ColumnLayout& c = layout.column(i);
+                if (c.kind != ColumnKind::Blob || !c.textBlob)
+                    continue;
+                const QVariant v = layout.decode(outBuf.data(), i);
+                if (v.typeId() == qMetaTypeId<BlobId>())
+                    inlineBlobs[static_cast<size_t>(i)] =
+                        readBlobContents(st, *db, tra, v.value<BlobId>()).toString().toUtf8();
+            }
+            return;
+        }
+        const int count = layout.count();
+        row.resize(count);
+        for (int i = 0; i < count; ++i) {
+            QVariant v = layout.decode(outBuf.data(), i);
+            if (readBlobs && v.typeId() == qMetaTypeId<BlobId>())
+                v = readBlobContents(st, *db, tra, v.value<BlobId>());
+            row[i] = std::move(v);
+        }
+    }
+
+    static QVariant readBlobContents(fb::Status& st, Database& database, ITransaction* tra, const BlobId& blob)
     {
         QByteArray out;
-        ISC_QUAD q = id;
-        IBlob* bl = db->attachment()->openBlob(&st, tra, &q, 0, nullptr);
+        ISC_QUAD q;
+        q.gds_quad_high = static_cast<ISC_LONG>(blob.high);
+        q.gds_quad_low = blob.low;
+        fb::Ref<IBlob> bl(database.attachment()->openBlob(&st, tra, &q, 0, nullptr));
         char chunk[kSegment];
         for (;;) {
             unsigned len = 0;
@@ -450,120 +599,10 @@ struct Query::Impl {
                 break;
         }
         bl->close(&st);
+        bl.take();
+        if (blob.text)
+            return QString::fromUtf8(out);
         return out;
-    }
-
-    void decodeRow(fb::Status& st, ITransaction* tra)
-    {
-        const auto count = static_cast<int>(columns.size());
-        row.resize(count);
-        const unsigned char* buf = outBuf.data();
-        for (int i = 0; i < count; ++i) {
-            const Column& c = columns[static_cast<size_t>(i)];
-            if (*reinterpret_cast<const short*>(buf + c.nullOffset)) {
-                row[i] = QVariant();
-                continue;
-            }
-            const unsigned char* data = buf + c.offset;
-            const unsigned t = c.type;
-            const int scale = c.scale;
-            auto scaled = [scale](qlonglong x) -> QVariant {
-                if (scale >= 0)
-                    return x;
-                return static_cast<double>(x) / std::pow(10.0, -scale);
-            };
-            switch (t) {
-            case SQL_TEXT: {
-                const unsigned len = c.length;
-                const auto* p = reinterpret_cast<const char*>(data);
-                if (c.charSet == kCsOctets) {
-                    row[i] = QByteArray(p, len);
-                } else {
-                    unsigned end = len;
-                    while (end > 0 && p[end - 1] == ' ')
-                        --end;
-                    row[i] = QString::fromUtf8(p, end);
-                }
-                break;
-            }
-            case SQL_VARYING: {
-                unsigned short len;
-                std::memcpy(&len, data, sizeof len);
-                const auto* p = reinterpret_cast<const char*>(data + sizeof len);
-                if (c.charSet == kCsOctets)
-                    row[i] = QByteArray(p, len);
-                else
-                    row[i] = QString::fromUtf8(p, len);
-                break;
-            }
-            case SQL_SHORT: {
-                short x;
-                std::memcpy(&x, data, sizeof x);
-                row[i] = scale < 0 ? scaled(x) : QVariant(int(x));
-                break;
-            }
-            case SQL_LONG: {
-                ISC_LONG x;
-                std::memcpy(&x, data, sizeof x);
-                row[i] = scale < 0 ? scaled(x) : QVariant(int(x));
-                break;
-            }
-            case SQL_INT64: {
-                ISC_INT64 x;
-                std::memcpy(&x, data, sizeof x);
-                row[i] = scaled(x);
-                break;
-            }
-            case SQL_FLOAT: {
-                float x;
-                std::memcpy(&x, data, sizeof x);
-                row[i] = double(x);
-                break;
-            }
-            case SQL_DOUBLE:
-            case SQL_D_FLOAT: {
-                // Dialect-1 NUMERIC is a double carrying a scale; the value is already right.
-                double x;
-                std::memcpy(&x, data, sizeof x);
-                row[i] = x;
-                break;
-            }
-            case SQL_TIMESTAMP: {
-                ISC_TIMESTAMP ts;
-                std::memcpy(&ts, data, sizeof ts);
-                row[i] = decodeTimestamp(ts);
-                break;
-            }
-            case SQL_TYPE_DATE: {
-                ISC_DATE d;
-                std::memcpy(&d, data, sizeof d);
-                row[i] = QDate::fromJulianDay(static_cast<qint64>(d) + 2400001);
-                break;
-            }
-            case SQL_TYPE_TIME: {
-                ISC_TIME x;
-                std::memcpy(&x, data, sizeof x);
-                const int secs = static_cast<int>(x / 10000);
-                row[i] = QTime(secs / 3600, (secs / 60) % 60, secs % 60, static_cast<int>((x % 10000) / 10));
-                break;
-            }
-            case SQL_BOOLEAN:
-                row[i] = bool(*data);
-                break;
-            case SQL_BLOB: {
-                ISC_QUAD id;
-                std::memcpy(&id, data, sizeof id);
-                const QByteArray bytes = readBlob(st, tra, id);
-                if (c.subType == 1)
-                    row[i] = QString::fromUtf8(bytes);
-                else
-                    row[i] = bytes;
-                break;
-            }
-            default:
-                row[i] = QVariant();
-            }
-        }
     }
 
     void fetch()
@@ -648,6 +687,7 @@ void Query::setSQL(const QString& sql)
     }
     d->params = std::move(kept);
     d->names.clear();
+    d->infos.clear();
 }
 
 QString Query::sql() const
@@ -677,6 +717,53 @@ bool Query::hasParam(const QString& name) const
     return d->params.count(name.toUpper()) > 0;
 }
 
+void Query::prepare()
+{
+    d->prepare();
+}
+
+Query::StatementType Query::statementType()
+{
+    d->prepare();
+    switch (d->type) {
+    case isc_info_sql_stmt_select:
+    case isc_info_sql_stmt_select_for_upd:
+        return StatementType::Select;
+    case isc_info_sql_stmt_insert:
+        return StatementType::Insert;
+    case isc_info_sql_stmt_update:
+        return StatementType::Update;
+    case isc_info_sql_stmt_delete:
+        return StatementType::Delete;
+    case isc_info_sql_stmt_exec_procedure:
+        return StatementType::Procedure;
+    default:
+        return StatementType::Other;
+    }
+}
+
+void Query::setReadBlobs(bool read)
+{
+    d->readBlobs = read;
+}
+
+void Query::setRawRows(bool raw)
+{
+    d->rawRows = raw;
+}
+
+QByteArray Query::packedRow() const
+{
+    if (d->atEof || d->outBuf.empty())
+        return {};
+    return d->layout.pack(d->outBuf.data(), &d->inlineBlobs);
+}
+
+const RowLayout& Query::layout() const
+{
+    return d->layout;
+}
+
 void Query::open()
 {
     close();
@@ -686,32 +773,23 @@ void Query::open()
         ITransaction* tra = d->tr->handleFor(*d->db);
         std::vector<unsigned char> inBuf;
         IMessageMetadata* in = d->buildInput(st, tra, inBuf);
-        try {
-            if (d->type == isc_info_sql_stmt_select || d->type == isc_info_sql_stmt_select_for_upd) {
-                d->rs = d->stmt->openCursor(&st, tra, in, inBuf.empty() ? nullptr : inBuf.data(), d->outMeta, 0);
-                d->isOpen = true;
-                in->release();
-                in = nullptr;
-                d->fetch();
+        void* inData = inBuf.empty() ? nullptr : inBuf.data();
+        if (d->type == isc_info_sql_stmt_select || d->type == isc_info_sql_stmt_select_for_upd) {
+            d->rs.reset(d->stmt->openCursor(&st, tra, in, inData, d->outMeta.get(), 0));
+            d->isOpen = true;
+            d->fetch();
+        } else {
+            const bool hasOutput = !d->names.isEmpty();
+            d->stmt->execute(&st, tra, in, inData, hasOutput ? d->outMeta.get() : nullptr,
+                             hasOutput ? d->outBuf.data() : nullptr);
+            d->isOpen = true;
+            d->affected = static_cast<int>(d->stmt->getAffectedRecords(&st));
+            if (!hasOutput) {
+                d->atEof = true;
             } else {
-                d->stmt->execute(&st, tra, in, inBuf.empty() ? nullptr : inBuf.data(),
-                                 d->names.isEmpty() ? nullptr : d->outMeta,
-                                 d->names.isEmpty() ? nullptr : d->outBuf.data());
-                in->release();
-                in = nullptr;
-                d->isOpen = true;
-                d->affected = static_cast<int>(d->stmt->getAffectedRecords(&st));
-                if (d->names.isEmpty()) {
-                    d->atEof = true;
-                } else {
-                    d->atEof = false;
-                    d->decodeRow(st, tra);
-                }
+                d->atEof = false;
+                d->decodeRow(st, tra);
             }
-        } catch (...) {
-            if (in)
-                in->release();
-            throw;
         }
     });
 }
@@ -791,6 +869,16 @@ QStringList Query::fieldNames() const
     return d->names;
 }
 
+FieldInfo Query::fieldInfo(int i) const
+{
+    return d->infos.value(i);
+}
+
+QVector<FieldInfo> Query::fieldInfos() const
+{
+    return d->infos;
+}
+
 QVector<QVariant> Query::values() const
 {
     return d->row;
@@ -820,6 +908,15 @@ QVariant Query::scalar(Database& db, Transaction& tr, const QString& sql)
     Query q(db, tr, sql);
     q.open();
     return q.eof() ? QVariant() : q.field(0).value();
+}
+
+QVariant Query::readBlob(Database& db, Transaction& tr, const BlobId& id)
+{
+    ITransaction* tra = tr.handleFor(db);
+    return fb::guard([&] {
+        fb::Status st;
+        return Impl::readBlobContents(st, db, tra, id);
+    });
 }
 
 } // namespace tv

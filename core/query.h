@@ -7,12 +7,30 @@
 #include <QVariant>
 #include <QVector>
 
+#include "rowbuffer.h"
+
 #include <memory>
 
 namespace tv {
 
 class Database;
 class Transaction;
+
+// What a result column is, for binders (maximum lengths), the search dialog
+// (each column's kind) and grids.
+struct FieldInfo {
+    enum class Type { Text, Integer, Float, Numeric, DateTime, Date, Time, Boolean, TextBlob, BinaryBlob, Bytes };
+    QString name;     // alias as the select names it, upper case
+    QString relation; // table it comes from, empty for expressions
+    QString origin;   // column of that table
+    Type type = Type::Text;
+    int size = 0;     // characters for texts, bytes otherwise
+    int scale = 0;    // digits after the point for scaled numbers (positive)
+    bool nullable = true;
+    int blobSubType = 0;
+    bool isBlob() const { return type == Type::TextBlob || type == Type::BinaryBlob; }
+    bool isText() const { return type == Type::Text || type == Type::TextBlob; }
+};
 
 // Turns ":NAME" parameters into "?" outside string literals and comments and
 // returns the names in order of appearance (upper case, one per occurrence).
@@ -23,7 +41,8 @@ QString convertParameters(const QString& sql, QStringList* names);
 // One column of a result row. Values: invalid QVariant for NULL; QString for
 // text (CHAR trailing blanks trimmed) and text blobs; int / qlonglong for
 // integers; double for floating and scaled numbers; QDateTime for dialect-1
-// DATE; QByteArray for binary blobs.
+// DATE; QByteArray for binary blobs (a BlobId when the query was told not to
+// read blobs).
 class Field {
 public:
     Field() = default;
@@ -89,6 +108,19 @@ public:
     Param paramByName(const QString& name);
     bool hasParam(const QString& name) const;
 
+    enum class StatementType { Select, Insert, Update, Delete, Procedure, Other };
+    // Prepares now (it happens anyway on open/exec); metadata is then known.
+    void prepare();
+    StatementType statementType();
+
+    // Blob columns come back as BlobId instead of their contents.
+    void setReadBlobs(bool read);
+    // Rows are left in the engine's message, to be packed by the caller
+    // (packedRow); field()/values() then read nothing. For data sets.
+    void setRawRows(bool raw);
+    QByteArray packedRow() const;
+    const RowLayout& layout() const;
+
     void open();
     void exec();
     void close();
@@ -103,6 +135,8 @@ public:
     Field fieldByName(const QString& name) const;
     int fieldIndex(const QString& name) const; // -1 when absent
     QStringList fieldNames() const;
+    FieldInfo fieldInfo(int i) const;
+    QVector<FieldInfo> fieldInfos() const;
     // The current row's values, in column order.
     QVector<QVariant> values() const;
 
@@ -115,6 +149,8 @@ public:
     static void execute(Database& db, Transaction& tr, const QString& sql);
     // Runs a select and returns the first column of its first row (invalid when no rows).
     static QVariant scalar(Database& db, Transaction& tr, const QString& sql);
+    // The contents of a blob fetched earlier (QString for text blobs).
+    static QVariant readBlob(Database& db, Transaction& tr, const BlobId& id);
 
 private:
     struct Impl;

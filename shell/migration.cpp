@@ -51,8 +51,12 @@ int migrarObservaciones(Tdm& data)
     qryinmuebles.setSelectSQL(kSqlInmuebles);
     // Only the two plain-text columns are written; the rest of the row is
     // left exactly as other workstations may have changed it meanwhile.
+    // The refresh names only what the migration reads and writes: those are
+    // the columns checked for another workstation's change before each row is
+    // written, and read back after.
     qryinmuebles.setUpdateSql({
-        QStringLiteral("select * from inmuebles where codigo =:OLD_CODIGO"),
+        QStringLiteral("select codigo, observaciones, observa_internas, observaciones_texto, "
+                       "observa_internas_texto from inmuebles where codigo =:OLD_CODIGO"),
         QStringLiteral("update inmuebles set OBSERVACIONES_TEXTO =:OBSERVACIONES_TEXTO, "
                        "OBSERVA_INTERNAS_TEXTO =:OBSERVA_INTERNAS_TEXTO where codigo =:OLD_CODIGO"),
         {},

@@ -1,6 +1,7 @@
 // Two workstations through a real Firebird server: the private server that
 // test.sh starts (TEJAVISTA_TEST_SERVER = host/port, with a folder the server
 // may use in TEJAVISTA_TEST_SERVER_DIR).
+#include "dataset.h"
 #include "dm.h"
 #include "testdata.h"
 
@@ -103,6 +104,48 @@ TEST_F(ServerTest, SecondWriterOfTheSameRowFailsAtOnceAndTheFirstKeepsItsData)
     a.Transacion.commit();
     EXPECT_EQ(Query::scalar(b.datos, b.Transacion, QStringLiteral("SELECT NOMBRE FROM EMPRESA")).toString(),
               QStringLiteral("ESTACION A"));
+    b.Transacion.commit();
+    a.datos.close();
+    b.datos.close();
+}
+
+TEST_F(ServerTest, SavingARowAnotherWorkstationDeletedOrChangedIsReportedAndStaysPending)
+{
+    Tdm a(dataPath);
+    Tdm b(dataPath);
+    a.datos.open();
+    b.datos.open();
+    for (int i = 1; i <= 3; ++i)
+        Query::execute(a.datos, a.Transacion,
+                       QStringLiteral("INSERT INTO ZONAS (CODIGO, DESCRIPCION) VALUES (%1, 'ZONA %1')").arg(600 + i));
+    a.Transacion.commitRetaining();
+    DataSet ds(a.datos, a.Transacion);
+    ds.setSelectSQL(QStringLiteral("SELECT * FROM ZONAS WHERE CODIGO > 600 ORDER BY CODIGO"));
+    ds.setUpdateSql({QStringLiteral("select * from zonas where codigo =:OLD_CODIGO"),
+                     QStringLiteral("update zonas set descripcion =:DESCRIPCION where codigo =:OLD_CODIGO"), {},
+                     QStringLiteral("delete from zonas where codigo =:OLD_CODIGO")});
+    ds.open();
+    ds.fetchAll();
+    ds.value(2, 0); // every row read before the other workstation acts
+    Query::execute(b.datos, b.Transacion, QStringLiteral("DELETE FROM ZONAS WHERE CODIGO = 601"));
+    Query::execute(b.datos, b.Transacion, QStringLiteral("UPDATE ZONAS SET DESCRIPCION = 'DE B' WHERE CODIGO = 603"));
+    b.Transacion.commit();
+
+    ds.edit();
+    ds.fieldByName(QStringLiteral("DESCRIPCION")).setAsString(QStringLiteral("DE A"));
+    ds.post();
+    EXPECT_THROW(ds.applyUpdates(), RecordChangedError);
+    EXPECT_TRUE(ds.updatesPending());
+    ds.cancelUpdates();
+    ds.last();
+    ds.remove();
+    EXPECT_THROW(ds.applyUpdates(), RecordChangedError);
+    EXPECT_TRUE(ds.updatesPending());
+    a.Transacion.commitRetaining();
+    EXPECT_EQ(Query::scalar(b.datos, b.Transacion, QStringLiteral("SELECT DESCRIPCION FROM ZONAS WHERE CODIGO = 603")).toString(),
+              QStringLiteral("DE B"));
+    ds.cancelUpdates();
+    a.Transacion.commit();
     b.Transacion.commit();
     a.datos.close();
     b.datos.close();

@@ -76,7 +76,7 @@ TEST_F(Binders, TypingPutsTheDataSetInEditAndWritesTheField)
     ui::LineEditBinder binder(*ds, QStringLiteral("APEYNOM"), &edit);
     EXPECT_EQ(edit.text(), QStringLiteral("ANA"));
     int beforeEditCalls = 0;
-    ds->beforeEdit = [&](DataSet&) { ++beforeEditCalls; };
+    ds->beforeEdit += [&](DataSet&) { ++beforeEditCalls; };
 
     QTest::keyClicks(&edit, QStringLiteral("BEL"));
     EXPECT_EQ(ds->state(), DataSet::State::Edit);
@@ -101,7 +101,7 @@ TEST_F(Binders, RefusedEditRevertsTheControl)
     QCheckBox box;
     ui::LineEditBinder nameBinder(*ds, QStringLiteral("APEYNOM"), &edit);
     ui::CheckBoxBinder flagBinder(*ds, QStringLiteral("ADMINISTRADOR"), &box);
-    ds->beforeEdit = [](DataSet&) { throw Abort(); };
+    ds->beforeEdit += [](DataSet&) { throw Abort(); };
 
     QTest::keyClicks(&edit, QStringLiteral("Z"));
     EXPECT_EQ(ds->state(), DataSet::State::Browse);

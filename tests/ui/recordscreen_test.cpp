@@ -1,5 +1,8 @@
 #include "recordscreen.h"
 
+#include "database.h"
+#include "transaction.h"
+
 #include "formfield.h"
 #include "formbuilder.h"
 #include "scripteddialogs.h"
@@ -188,6 +191,32 @@ TEST_F(RecordScreenTest, DatabaseErrorIsShownOnceWithItsOwnMessage)
     EXPECT_TRUE(ds->updatesPending()) << "what was typed is not thrown away";
     EXPECT_TRUE(screen->isActionEnabled(Action::Grabar));
     EXPECT_TRUE(screen->isActionEnabled(Action::Cancelar));
+}
+
+TEST_F(RecordScreenTest, ASaveOverAnotherWorkstationsChangeIsRefusedAndNothingIsCommitted)
+{
+    // Another workstation renames the agent after this screen read it.
+    Database other(data.dm().datos.databaseName());
+    other.open();
+    Transaction otherTr;
+    Query::execute(other, otherTr, QStringLiteral("UPDATE AGENTES SET USUARIO = 'ana.b' WHERE CODIGO = 1"));
+    otherTr.commit();
+
+    screen->name->selectAll();
+    QTest::keyClicks(screen->name, QStringLiteral("ANA MARIA"));
+    dialogs.answer(true);
+    EXPECT_FALSE(screen->grabar());
+    ASSERT_EQ(dialogs.log().size(), 2);
+    EXPECT_EQ(dialogs.log().at(1).kind, Kind::Error);
+    EXPECT_EQ(dialogs.log().at(1).text,
+              QStringLiteral("El registro ha sido modificado o eliminado por otro usuario. Vuelva a cargar los datos."));
+    EXPECT_TRUE(ds->updatesPending()) << "what was typed is not thrown away";
+    // No commit ran: the other workstation still sees its own name only.
+    EXPECT_EQ(Query::scalar(other, otherTr, QStringLiteral("SELECT APEYNOM || '/' || USUARIO FROM AGENTES WHERE CODIGO = 1"))
+                  .toString(),
+              QStringLiteral("ANA/ana.b"));
+    otherTr.commit();
+    other.close();
 }
 
 TEST_F(RecordScreenTest, DeleteAsksAndRemovesOnYes)
