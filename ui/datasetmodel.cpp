@@ -107,6 +107,16 @@ QString DataSetModel::displayText(const QVariant& v, ColumnFormat format)
 {
     if (!v.isValid() || v.isNull())
         return {};
+    try {
+        return formatted(v, format);
+    } catch (const MoneyOverflow&) {
+        // A stored number beyond what an amount can hold is still shown, plainly.
+        return QString::number(v.toDouble(), 'f', 2);
+    }
+}
+
+QString DataSetModel::formatted(const QVariant& v, ColumnFormat format)
+{
     switch (format) {
     case ColumnFormat::Text:
     case ColumnFormat::Flag:

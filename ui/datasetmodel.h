@@ -52,6 +52,7 @@ public:
     static QString displayText(const QVariant& value, ColumnFormat format);
 
 private:
+    static QString formatted(const QVariant& v, ColumnFormat format);
     void rebuildColumns();
     void onReset();
     void onRowsFetched(int first, int last);

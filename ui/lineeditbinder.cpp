@@ -58,10 +58,12 @@ void LineEditBinder::showValue(const QVariant& value)
             text = QString::number(value.toLongLong());
             break;
         case Kind::Number:
-            text = Money::fromDouble(value.toDouble()).toSpanish(2);
-            break;
         case Kind::Money:
-            text = Money::fromDouble(value.toDouble()).toSpanish(2);
+            try {
+                text = Money::fromDouble(value.toDouble()).toSpanish(2);
+            } catch (const MoneyOverflow&) {
+                text = QString::number(value.toDouble(), 'f', 2); // beyond an amount: shown plainly
+            }
             break;
         }
     }

@@ -90,6 +90,9 @@ TEST(DataSetModel, SpanishDatesMoneyAndTitles)
     EXPECT_EQ(model.data(model.index(0, 5)).toString(), QString());
 
     EXPECT_EQ(DataSetModel::displayText(1234567.891, ColumnFormat::Number), QStringLiteral("1.234.567,89"));
+    // A stored number no amount can hold is shown plainly, never thrown into the painting.
+    EXPECT_EQ(DataSetModel::displayText(1e18, ColumnFormat::Money), QStringLiteral("1000000000000000000.00"));
+    EXPECT_EQ(DataSetModel::displayText(1e18, ColumnFormat::Number), QStringLiteral("1000000000000000000.00"));
     EXPECT_EQ(DataSetModel::displayText(QDateTime(QDate(2026, 1, 5), QTime(0, 0)), ColumnFormat::Auto),
               QStringLiteral("05/01/2026"));
 }
@@ -131,6 +134,10 @@ TEST(DataSetModel, ChosenColumnsAndRowsFollowTheDataSet)
     EXPECT_EQ(model.rowCount(), 2);
     EXPECT_EQ(model.data(model.index(0, 0)).toString(), QStringLiteral("AGENTE 2"));
 
+    // The removal is still pending: closing would drop it.
+    EXPECT_THROW(ds.close(), PendingChangesError);
+    EXPECT_EQ(model.rowCount(), 2);
+    ds.cancelUpdates();
     ds.close();
     EXPECT_EQ(model.rowCount(), 0);
 }
