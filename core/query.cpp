@@ -210,6 +210,22 @@ ColumnKind kindOf(unsigned type, unsigned charSet)
     }
 }
 
+// A date or date and time written as the screens show them (day first, with
+// slashes); invalid for anything else.
+QDateTime fromDisplayFormat(const QString& text)
+{
+    const QString t = text.trimmed();
+    if (!t.contains(QLatin1Char('/')))
+        return {};
+    for (const char* f : {"dd/MM/yyyy", "d/M/yyyy", "dd/MM/yyyy hh:mm", "dd/MM/yyyy hh:mm:ss"}) {
+        const QDateTime d = QDateTime::fromString(t, QLatin1String(f));
+        if (d.isValid())
+            return d;
+    }
+    const QDate d = QDate::fromString(t, QStringLiteral("d/M/yyyy"));
+    return d.isValid() ? d.startOfDay() : QDateTime();
+}
+
 // One input parameter's shape in the message; the coerced metadata is kept
 // while the shapes stay the same (every row of one apply, as a rule).
 struct ParamShape {
@@ -402,9 +418,17 @@ struct Query::Impl {
         std::vector<As> as(count);
         std::vector<ParamShape> shapes(count);
         for (unsigned i = 0; i < count; ++i) {
-            const QVariant v = params[positions[i]];
-            vals[i] = v;
+            QVariant v = params[positions[i]];
             const unsigned declared = inMeta->getType(&st, i) & ~1u;
+            // Dialect 1 reads "05/01/2026" month first: a date that arrives
+            // as the screens show it is passed as the date it means.
+            if (v.typeId() == QMetaType::QString &&
+                (declared == SQL_TIMESTAMP || declared == SQL_TYPE_DATE)) {
+                const QDateTime shown = fromDisplayFormat(v.toString());
+                if (shown.isValid())
+                    v = shown;
+            }
+            vals[i] = v;
             ParamShape& s = shapes[i];
             if (isNullVariant(v)) {
                 as[i] = As::Null;

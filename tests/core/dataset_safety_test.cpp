@@ -152,6 +152,26 @@ TEST_F(Safety, ChangesToARowAnotherWorkstationDeletedAreReportedAndStayPending)
     EXPECT_THROW(ds.applyUpdates(), RecordChangedError);
     EXPECT_TRUE(ds.updatesPending());
     EXPECT_EQ(ds.recordCount(), 4);
+
+    // Without a refresh statement to check against, the statements' own
+    // count of rows touched tells.
+    DataSet bare(d.datos, d.Transacion);
+    bare.setSelectSQL(q("SELECT CODIGO, DESCRIPCION FROM ZONAS Z JOIN RDB$DATABASE R ON 1 = 1 ORDER BY CODIGO"));
+    bare.setUpdateSql({{}, q("update zonas set descripcion =:DESCRIPCION where codigo =:OLD_CODIGO"), {},
+                       q("delete from zonas where codigo =:OLD_CODIGO")});
+    bare.open();
+    bare.fetchAll();
+    other.run(q("DELETE FROM ZONAS WHERE CODIGO = 103"));
+    ASSERT_TRUE(bare.locate(q("CODIGO"), 103));
+    bare.edit();
+    bare.fieldByName(q("DESCRIPCION")).setAsString(q("Nada"));
+    bare.post();
+    EXPECT_THROW(bare.applyUpdates(), RecordChangedError);
+    EXPECT_TRUE(bare.updatesPending());
+    bare.cancelUpdates();
+    bare.remove();
+    EXPECT_THROW(bare.applyUpdates(), RecordChangedError);
+    EXPECT_TRUE(bare.updatesPending());
 }
 
 TEST_F(Safety, ChangesOverAnotherWorkstationsSavedChangeAreRefused)
@@ -462,6 +482,27 @@ TEST_F(Safety, HooksTakeSeveralSubscribersAndCalculatedFieldsFollowTyping)
     ds.post();
     EXPECT_EQ(calls, QStringList{q("base")});
     ds.cancelUpdates();
+}
+
+TEST(DateParameters, ADateInTheScreensFormatIsTheDateItMeansNotMonthFirst)
+{
+    test::TestData data;
+    Tdm& d = data.dm();
+    Query put(d.datos, d.Transacion, q("INSERT INTO BANCOS (C, F) VALUES (:C, :F)"));
+    Query get(d.datos, d.Transacion, q("SELECT F FROM BANCOS WHERE C = :C"));
+    int n = 0;
+    for (const auto& [text, expected] : std::vector<std::pair<QString, QDateTime>>{
+             {q("05/01/2026"), QDateTime(QDate(2026, 1, 5), QTime(0, 0))},
+             {q("5/1/2026"), QDateTime(QDate(2026, 1, 5), QTime(0, 0))},
+             {q("31/12/2026 17:30"), QDateTime(QDate(2026, 12, 31), QTime(17, 30))},
+             {q("06.02.2026"), QDateTime(QDate(2026, 2, 6), QTime(0, 0))}}) {
+        put.paramByName(q("F")).setAsString(text);
+        put.paramByName(q("C")).setAsInteger(++n);
+        put.exec();
+        get.paramByName(q("C")).setAsInteger(n);
+        get.open();
+        EXPECT_EQ(get.field(0).asDateTime(), expected) << text.toStdString();
+    }
 }
 
 TEST(DatabaseErrors, AlreadyExistsIsDecidedByTheEngineCodes)
