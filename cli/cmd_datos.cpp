@@ -2,6 +2,7 @@
 
 #include "datafolder.h"
 #include "demodata.h"
+#include "fbenvironment.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,6 +21,10 @@ int crearDatos(const std::string& dir, bool demo, bool replace)
         for (const QString& f : {Tdm::kDatosFile, Tdm::kImagenesFile, Tdm::kInformesFile})
             QFile::remove(folder + f);
     }
+    // A folder with data is refused before any attachment; a new one gets its
+    // DATOS and lock folder before its files are created.
+    if (!folderHasData(folder))
+        prepareFirebirdEnvironment(folder, DataFolderUse::New);
     DataFolderOptions options;
     if (demo)
         options.fill = [](Tdm& data) { fillDemoAgency(data); };

@@ -18,7 +18,10 @@ QString resolveDataPath(const std::string& option)
 
 std::unique_ptr<Tdm> openData(const std::string& option)
 {
-    auto data = std::make_unique<Tdm>(resolveDataPath(option));
+    const QString dataPath = resolveDataPath(option);
+    // Before the first attachment: the lock folder belongs to this data folder.
+    prepareFirebirdEnvironment(dataPath);
+    auto data = std::make_unique<Tdm>(dataPath);
     data->datos.open();
     data->Imagenes.open();
     data->dbInformes.open();
@@ -29,7 +32,14 @@ std::unique_ptr<Tdm> openData(const std::string& option)
 
 int main(int argc, char** argv)
 {
-    tv::prepareFirebirdEnvironment();
+    // The private folder also serves as Qt's runtime folder, so it comes before
+    // the application; the lock folder waits for the data folder.
+    try {
+        tv::preparePrivateFirebirdRoot();
+    } catch (const tv::FirebirdEnvironmentError& e) {
+        std::cerr << e.message().toStdString() << '\n';
+        return 1;
+    }
     // Reports render text and PDFs, which needs a GUI application; no display is needed.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -45,6 +55,9 @@ int main(int argc, char** argv)
         cli.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
         return cli.exit(e);
+    } catch (const tv::FirebirdEnvironmentError& e) {
+        std::cerr << e.message().toStdString() << '\n';
+        return 1;
     } catch (const tv::DatabaseError& e) {
         std::cerr << "Error de la base de datos: " << e.message().toStdString() << '\n';
         return 1;

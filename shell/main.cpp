@@ -1,12 +1,38 @@
 #include "application.h"
+#include "dialogs.h"
 #include "fbenvironment.h"
 
 #include <QApplication>
 
+#include <iostream>
+
+namespace {
+
+// A box needs a screen; without one, stderr and the exit code say it all.
+bool canShowWindows()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (platform.startsWith("offscreen") || platform.startsWith("minimal"))
+        return false;
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
-    // The Firebird client reads its environment once, at its first call.
-    tv::prepareFirebirdEnvironment();
+    // The Firebird client reads its environment once, at its first call, and
+    // the data folder decides the lock folder: both are settled first.
+    try {
+        tv::prepareFirebirdEnvironmentForProgram();
+    } catch (const tv::FirebirdEnvironmentError& e) {
+        std::cerr << e.message().toStdString() << '\n';
+        if (canShowWindows()) {
+            QApplication app(argc, argv);
+            tv::ui::dialogs().error(e.message());
+        }
+        return 1;
+    }
     QApplication app(argc, argv);
     return tv::shell::run(app);
 }

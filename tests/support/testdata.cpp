@@ -1,7 +1,6 @@
 #include "testdata.h"
 
 #include "datafolder.h"
-#include "fbenvironment.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,7 +15,6 @@ QString templateFolder()
     QMutexLocker guard(&lock);
     if (!folder.isEmpty())
         return folder;
-    prepareFirebirdEnvironment();
     const QString preset = qEnvironmentVariable("TEJAVISTA_TEST_TEMPLATE");
     if (!preset.isEmpty() && folderHasData(preset)) {
         folder = preset;
