@@ -6,11 +6,13 @@
 #include "demodata.h"
 #include "dm.h"
 #include "fbenvironment.h"
+#include "migration.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTemporaryDir>
 
@@ -23,8 +25,14 @@ using namespace tv;
 
 namespace {
 
+void resetPeakMemory();
+long peakMemoryKb();
+// Peak resident memory of the last measurement, in KB.
+long gLastPeakKb = 0;
+
 double medianMs(int runs, const std::function<void()>& f)
 {
+    resetPeakMemory();
     std::vector<double> t;
     for (int i = 0; i < runs; ++i) {
         QElapsedTimer timer;
@@ -33,12 +41,57 @@ double medianMs(int runs, const std::function<void()>& f)
         t.push_back(timer.nsecsElapsed() / 1e6);
     }
     std::sort(t.begin(), t.end());
+    gLastPeakKb = peakMemoryKb();
     return t[t.size() / 2];
 }
 
-void row(const char* what, double ms, double limitMs)
+void row(const char* what, double ms, double limitMs, long peakKb)
 {
-    std::printf("%-48s %10.2f ms %10.2f ms %8.2f\n", what, ms, limitMs, limitMs > 0 ? ms / limitMs : 0.0);
+    std::printf("%-48s %10.2f ms %10.2f ms %8.2f %9.1f MB\n", what, ms, limitMs, limitMs > 0 ? ms / limitMs : 0.0,
+                peakKb / 1024.0);
+}
+
+// The statement the property register opens.
+const char* const kRegistroSql = "select * from inmuebles where activado ='S' order by codigo";
+
+// Reads what a grid shows of rows [from, to): a few columns of each.
+void showRows(DataSet& ds, int from, int to)
+{
+    const int cols[] = {ds.fieldIndex(QStringLiteral("CODIGO")), ds.fieldIndex(QStringLiteral("DESCRIPCION")),
+                        ds.fieldIndex(QStringLiteral("EUROIMPORTE"))};
+    for (int r = from; r < to; ++r)
+        for (int c : cols)
+            ds.value(r, c);
+}
+
+// The limit: the statement through a plain cursor that keeps nothing
+// (rows < 0: all of them).
+void plainCursor(Tdm& data, const QString& sql, int rows)
+{
+    Query q(data.datos, data.Transacion, sql);
+    q.setRawRows(true);
+    int n = 0;
+    for (q.open(); !q.eof() && (rows < 0 || n < rows); q.next())
+        ++n;
+}
+
+// Peak resident memory of the process since the last reset, in KB.
+long peakMemoryKb()
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray& line : f.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLong();
+    return 0;
+}
+
+void resetPeakMemory()
+{
+    QFile f(QStringLiteral("/proc/self/clear_refs"));
+    if (f.open(QIODevice::WriteOnly))
+        f.write("5");
 }
 
 const char* const kListSql = "SELECT I.CODIGO, I.DESCRIPCION, I.MUNICIPIO, I.EUROIMPORTE, I.CODTIPOINMUEBLE, "
@@ -48,7 +101,6 @@ const char* const kListSql = "SELECT I.CODIGO, I.DESCRIPCION, I.MUNICIPIO, I.EUR
 
 int main(int argc, char** argv)
 {
-    prepareFirebirdEnvironment();
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
@@ -62,13 +114,16 @@ int main(int argc, char** argv)
     size.inmuebles = 90000;
     size.demandas = 50000;
     int runs = 5;
+    bool migrar = true;
     cli.add_option("--carpeta", folder, "Carpeta de datos a usar o crear (por omisión, una temporal)");
     cli.add_option("--inmuebles", size.inmuebles, "Inmuebles de la agencia sintética (máximo 99999)");
     cli.add_option("--repeticiones", runs, "Repeticiones de cada medida (se da la mediana)");
+    cli.add_flag("!--sin-migracion", migrar, "No medir la migración (modifica los datos)");
     CLI11_PARSE(cli, argc, argv);
 
     QTemporaryDir tmp;
     const QString dir = folder.empty() ? tmp.path() + QStringLiteral("/bench") : QString::fromStdString(folder);
+    prepareFirebirdEnvironment(dir, folderHasData(dir) ? DataFolderUse::Existing : DataFolderUse::New);
     if (!folderHasData(dir)) {
         QElapsedTimer t;
         t.start();
@@ -80,43 +135,95 @@ int main(int argc, char** argv)
     Tdm data(dir);
     data.abrirConexiones();
     const int total = Query::scalar(data.datos, data.Transacion, QStringLiteral("SELECT COUNT(*) FROM INMUEBLES")).toInt();
-    std::printf("%d inmuebles; mediana de %d repeticiones\n\n", total, runs);
-    std::printf("%-48s %13s %13s %8s\n", "operación", "tiempo", "límite", "ratio");
+    std::printf("%d inmuebles; mediana de %d repeticiones; memoria: máximo residente del proceso durante "
+                "la medida\n\n", total, runs);
+    std::printf("%-48s %13s %13s %8s %12s\n", "operación", "tiempo", "límite", "ratio", "memoria");
 
-    // The first screen of the big list: the data set must not read the table to show 40 rows.
-    const double open = medianMs(runs, [&] {
+    // The register's own statement: ~350 columns with blobs.
+    const QString registro = QString::fromLatin1(kRegistroSql);
+    const int shown = 40;
+    const double regOpen = medianMs(runs, [&] {
         DataSet ds(data.datos, data.Transacion);
-        ds.setSelectSQL(QString::fromLatin1(kListSql));
+        ds.setSelectSQL(registro);
         ds.open();
-        ds.fetchMore(40);
+        showRows(ds, 0, shown);
     });
-    const double openLimit = medianMs(runs, [&] {
-        Query q(data.datos, data.Transacion, QString::fromLatin1(kListSql).replace(QStringLiteral("SELECT "), QStringLiteral("SELECT FIRST 40 ")));
-        for (q.open(); !q.eof(); q.next()) {
-        }
-    });
-    row("Abrir la lista de inmuebles (40 filas)", open, openLimit);
+    const long regOpenMem = gLastPeakKb;
+    const double regOpenLimit = medianMs(runs, [&] { plainCursor(data, registro, shown); });
+    row("Registro de inmuebles: primera pantalla", regOpen, regOpenLimit, regOpenMem);
 
-    // Walking the whole list (scrolling to the end of the grid).
+    const double regLast = medianMs(runs, [&] {
+        DataSet ds(data.datos, data.Transacion);
+        ds.setSelectSQL(registro);
+        ds.open();
+        ds.last();
+        showRows(ds, std::max(0, ds.recordCount() - shown), ds.recordCount());
+    });
+    const long regLastMem = gLastPeakKb;
+    // The limit reads every row once, as last() would without keys.
+    const double regLastLimit = medianMs(1, [&] { plainCursor(data, registro, -1); });
+    row("Registro de inmuebles: ir al último", regLast, regLastLimit, regLastMem);
+
+    const double regWalk = medianMs(1, [&] {
+        DataSet ds(data.datos, data.Transacion);
+        ds.setSelectSQL(registro);
+        ds.open();
+        for (; !ds.eof(); ds.next())
+            ds.fieldByName(QStringLiteral("DESCRIPCION")).asString();
+    });
+    const long regWalkMem = gLastPeakKb;
+    row("Registro de inmuebles: recorrer entero", regWalk, regLastLimit, regWalkMem);
+
+    // A failed locate (nothing matches) must not read the table.
+    const double locateMiss = medianMs(runs, [&] {
+        DataSet ds(data.datos, data.Transacion);
+        ds.setSelectSQL(registro);
+        ds.open();
+        ds.locate(QStringLiteral("DESCRIPCION"), QStringLiteral("NO EXISTE"), DataSet::CaseInsensitive);
+    });
+    const long locateMissMem = gLastPeakKb;
+    row("Registro de inmuebles: buscar sin resultado", locateMiss, regLastLimit, locateMissMem);
+
+    const QString clientes = QStringLiteral("SELECT * FROM CLIENTES ORDER BY APEYNOM");
+    const double cliOpen = medianMs(runs, [&] {
+        DataSet ds(data.datos, data.Transacion);
+        ds.setSelectSQL(clientes);
+        ds.open();
+        showRows(ds, 0, shown);
+    });
+    const long cliOpenMem = gLastPeakKb;
+    const double cliOpenLimit = medianMs(runs, [&] { plainCursor(data, clientes, shown); });
+    row("Lista de clientes: primera pantalla", cliOpen, cliOpenLimit, cliOpenMem);
+    const double cliLast = medianMs(runs, [&] {
+        DataSet ds(data.datos, data.Transacion);
+        ds.setSelectSQL(clientes);
+        ds.open();
+        ds.last();
+        showRows(ds, std::max(0, ds.recordCount() - shown), ds.recordCount());
+    });
+    const long cliLastMem = gLastPeakKb;
+    const double cliLastLimit = medianMs(runs, [&] { plainCursor(data, clientes, -1); });
+    row("Lista de clientes: ir al último", cliLast, cliLastLimit, cliLastMem);
+
+    // A narrow list, read whole (no keys: the statement stands as written).
     const double all = medianMs(runs, [&] {
         DataSet ds(data.datos, data.Transacion);
         ds.setSelectSQL(QString::fromLatin1(kListSql));
         ds.open();
         ds.last();
     });
-    const double allLimit = medianMs(runs, [&] {
-        Query q(data.datos, data.Transacion, QString::fromLatin1(kListSql));
-        for (q.open(); !q.eof(); q.next()) {
-        }
-    });
-    row("Recorrer la lista de inmuebles entera", all, allLimit);
+    const long allMem = gLastPeakKb;
+    const double allLimit = medianMs(runs, [&] { plainCursor(data, QString::fromLatin1(kListSql), -1); });
+    row("Lista corta de inmuebles: recorrerla entera", all, allLimit, allMem);
 
     // A record screen on one property: open by code, edit, save.
     const double edit = medianMs(runs, [&] {
         DataSet ds(data.datos, data.Transacion);
         ds.setSelectSQL(QStringLiteral("SELECT * FROM INMUEBLES WHERE CODIGO = :CODIGO"));
         ds.paramByName(QStringLiteral("CODIGO")).setAsString(QStringLiteral("00500"));
-        ds.setUpdateSql({{}, QStringLiteral("UPDATE INMUEBLES SET DESCRIPCION = :DESCRIPCION WHERE CODIGO = :OLD_CODIGO"), {}, {}});
+        ds.setUpdateSql({QStringLiteral("select * from inmuebles where codigo =:OLD_CODIGO"),
+                         QStringLiteral("UPDATE INMUEBLES SET DESCRIPCION = :DESCRIPCION WHERE CODIGO = :OLD_CODIGO"),
+                         {}, {}});
         ds.open();
         ds.edit();
         ds.fieldByName(QStringLiteral("DESCRIPCION")).setAsString(QStringLiteral("Piso reformado"));
@@ -124,12 +231,23 @@ int main(int argc, char** argv)
         ds.applyUpdates();
         data.Transacion.commitRetaining();
     });
+    const long editMem = gLastPeakKb;
     const double editLimit = medianMs(runs, [&] {
         Query::execute(data.datos, data.Transacion,
                        QStringLiteral("UPDATE INMUEBLES SET DESCRIPCION = 'Piso reformado' WHERE CODIGO = '00500'"));
         data.Transacion.commitRetaining();
     });
-    row("Ficha de un inmueble: abrir, cambiar, grabar", edit, editLimit);
+    row("Ficha de un inmueble: abrir, cambiar, grabar", edit, editLimit, editMem);
+
+    // The one-time migration of observations, row by row as the program runs it.
+    if (migrar) {
+        int migrated = 0;
+        const double migration = medianMs(1, [&] { migrated = shell::migration::migrarObservaciones(data); });
+        const long migrationMem = gLastPeakKb;
+        const double migrationLimit = medianMs(1, [&] { plainCursor(data, shell::migration::kSqlInmuebles, -1); });
+        row("Migración de observaciones", migration, migrationLimit, migrationMem);
+        std::printf("%-48s %10d filas\n", "", migrated);
+    }
 
     data.Transacion.commit();
     data.cerrarConexiones();
