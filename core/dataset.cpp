@@ -39,22 +39,6 @@ QString trimmedRight(const QString& s)
     return s.left(end);
 }
 
-bool isNumber(const QVariant& v)
-{
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
-}
-
 // The table's primary key columns, read once per database file and table.
 QStringList primaryKeyOf(Database& db, Transaction& tr, const QString& table)
 {
@@ -685,7 +669,7 @@ bool DataSet::rowMatches(const Row& r, const std::vector<int>& columns, const QV
             const QString b = options & PartialKey ? wanted.toString() : trimmedRight(wanted.toString());
             if (options & PartialKey ? !a.startsWith(b, cs) : a.compare(b, cs) != 0)
                 return false;
-        } else if (isNumber(v) && (isNumber(wanted) || wanted.typeId() == QMetaType::QString)) {
+        } else if (isNumberVariant(v) && (isNumberVariant(wanted) || wanted.typeId() == QMetaType::QString)) {
             bool ok = true;
             const double w = wanted.typeId() == QMetaType::QString ? wanted.toString().trimmed().toDouble(&ok)
                                                                      : wanted.toDouble();

@@ -20,6 +20,57 @@ namespace tv {
 
 // ---------------------------------------------------------------- parameters
 
+int skipLiteralOrComment(const QString& sql, int i)
+{
+    const int n = static_cast<int>(sql.size());
+    if (i >= n)
+        return i;
+    const QChar c = sql[i];
+    if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+        // A doubled quote stays inside the literal.
+        int j = i + 1;
+        while (j < n) {
+            if (sql[j] == c) {
+                if (j + 1 < n && sql[j + 1] == c) {
+                    j += 2;
+                    continue;
+                }
+                break;
+            }
+            ++j;
+        }
+        return std::min(j + 1, n);
+    }
+    if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
+        const int j = static_cast<int>(sql.indexOf(QLatin1Char('\n'), i));
+        return j < 0 ? n : j;
+    }
+    if (c == QLatin1Char('/') && i + 1 < n && sql[i + 1] == QLatin1Char('*')) {
+        const int j = static_cast<int>(sql.indexOf(QLatin1String("*/"), i + 2));
+        return j < 0 ? n : j + 2;
+    }
+    return i;
+}
+
+bool isNumberVariant(const QVariant& v)
+{
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return true;
+    default:
+        return false;
+    }
+}
+
 QString convertParameters(const QString& sql, QStringList* names)
 {
     static const QRegularExpression psql(
@@ -36,32 +87,10 @@ QString convertParameters(const QString& sql, QStringList* names)
     int i = 0;
     while (i < n) {
         const QChar c = sql[i];
-        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
-            // Literal: copied verbatim, a doubled quote stays inside it.
-            int j = i + 1;
-            while (j < n) {
-                if (sql[j] == c) {
-                    if (j + 1 < n && sql[j + 1] == c) {
-                        j += 2;
-                        continue;
-                    }
-                    break;
-                }
-                ++j;
-            }
-            out += sql.mid(i, j - i + 1);
-            i = j + 1;
-        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
-            int j = sql.indexOf(QLatin1Char('\n'), i);
-            if (j < 0)
-                j = n;
-            out += sql.mid(i, j - i);
-            i = j;
-        } else if (c == QLatin1Char('/') && i + 1 < n && sql[i + 1] == QLatin1Char('*')) {
-            int j = sql.indexOf(QLatin1String("*/"), i + 2);
-            j = j < 0 ? n : j + 2;
-            out += sql.mid(i, j - i);
-            i = j;
+        if (const int end = skipLiteralOrComment(sql, i); end > i) {
+            // Literals and comments are copied verbatim.
+            out += sql.mid(i, end - i);
+            i = end;
         } else if (c == QLatin1Char(':') && i + 1 < n && isStart(sql[i + 1])) {
             int j = i + 1;
             while (j < n && isPart(sql[j]))

@@ -37,6 +37,11 @@ struct FieldInfo {
 // PSQL bodies (CREATE/ALTER/RECREATE PROCEDURE|TRIGGER, EXECUTE BLOCK) use
 // ":var" for their variables and are returned untouched.
 QString convertParameters(const QString& sql, QStringList* names);
+// Where the string literal or comment starting at i ends (one past it); i
+// itself when none starts there.
+int skipLiteralOrComment(const QString& sql, int i);
+// Integer and floating values (not texts that look like numbers).
+bool isNumberVariant(const QVariant& v);
 
 // One column of a result row. Values: invalid QVariant for NULL; QString for
 // text (CHAR trailing blanks trimmed) and text blobs; int / qlonglong for

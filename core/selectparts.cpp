@@ -1,5 +1,7 @@
 #include "selectparts.h"
 
+#include "query.h"
+
 #include <QRegularExpression>
 
 #include <vector>
@@ -27,25 +29,8 @@ std::vector<Word> topLevelWords(const QString& sql, bool* nestedInFrom, bool* co
     int i = 0;
     while (i < n) {
         const QChar c = sql[i];
-        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
-            int j = i + 1;
-            while (j < n) {
-                if (sql[j] == c) {
-                    if (j + 1 < n && sql[j + 1] == c) {
-                        j += 2;
-                        continue;
-                    }
-                    break;
-                }
-                ++j;
-            }
-            i = j + 1;
-        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
-            const int j = sql.indexOf(QLatin1Char('\n'), i);
-            i = j < 0 ? n : j;
-        } else if (c == QLatin1Char('/') && i + 1 < n && sql[i + 1] == QLatin1Char('*')) {
-            const int j = sql.indexOf(QLatin1String("*/"), i + 2);
-            i = j < 0 ? n : j + 2;
+        if (const int end = skipLiteralOrComment(sql, i); end > i) {
+            i = end;
         } else if (c == QLatin1Char('(')) {
             if (depth == 0 && inFrom)
                 *nestedInFrom = true;
@@ -109,13 +94,13 @@ SelectParts parseSelect(const QString& sql)
     }
     if (from < 0 || (where >= 0 && order >= 0 && order < where))
         return p;
-    const int fromEnd = where >= 0 ? words[static_cast<size_t>(where)].start
-                        : order >= 0 ? words[static_cast<size_t>(order)].start
-                                     : static_cast<int>(sql.size());
-    const QStringList fromWords = sql.mid(words[static_cast<size_t>(from)].end,
-                                          fromEnd - words[static_cast<size_t>(from)].end)
-                                      .simplified()
-                                      .split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    // The words between FROM and what follows it: a table, maybe "AS", maybe an alias.
+    const size_t fromWordsEnd = where >= 0 ? static_cast<size_t>(where)
+                                : order >= 0 ? static_cast<size_t>(order)
+                                             : words.size();
+    QStringList fromWords;
+    for (size_t k = static_cast<size_t>(from) + 1; k < fromWordsEnd; ++k)
+        fromWords.append(sql.mid(words[k].start, words[k].end - words[k].start));
     if (fromWords.isEmpty() || fromWords.size() > 3)
         return p;
     if (fromWords.size() == 3 && fromWords[1].compare(QLatin1String("AS"), Qt::CaseInsensitive) != 0)

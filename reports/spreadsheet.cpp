@@ -2,6 +2,7 @@
 
 #include "desktophooks.h"
 #include "dialogs.h"
+#include "query.h"
 
 #include <QAbstractItemModel>
 #include <QDateTime>
@@ -16,25 +17,6 @@
 namespace tv::reports {
 
 namespace {
-
-bool isNumber(const QVariant& v)
-{
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
-}
 
 bool isWhole(const QVariant& v)
 {
@@ -68,7 +50,7 @@ int displayLength(const QVariant& v)
         return 10;
     if (v.typeId() == QMetaType::QDateTime)
         return v.toDateTime().time() == QTime(0, 0) ? 10 : 16;
-    if (isNumber(v))
+    if (isNumberVariant(v))
         return int(QString::number(v.toDouble(), 'f', isWhole(v) ? 0 : 2).size() + (isWhole(v) ? 0 : 2));
     int longest = 0;
     for (const QString& line : v.toString().split(QLatin1Char('\n')))
@@ -127,7 +109,7 @@ void writeSpreadsheet(const Sheet& sheet, const QString& xlsxPath)
                     continue;
                 lxw_datetime d = toLxw(dt);
                 worksheet_write_datetime(ws, r, col, &d, dt.time() == QTime(0, 0) ? date : dateTime);
-            } else if (isNumber(v)) {
+            } else if (isNumberVariant(v)) {
                 worksheet_write_number(ws, r, col, v.toDouble(), isWhole(v) ? whole : decimal);
             } else if (v.typeId() == QMetaType::Bool) {
                 worksheet_write_string(ws, r, col, v.toBool() ? "Sí" : "No", nullptr);

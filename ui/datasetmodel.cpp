@@ -1,27 +1,11 @@
 #include "datasetmodel.h"
 
 #include "money.h"
-
+#include "query.h"
 
 namespace tv::ui {
 
 namespace {
-
-bool isNumeric(const QVariant& v)
-{
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
-}
 
 // Grouped by thousands with a decimal comma, as Money prints amounts
 // ("1.234.567,89"); QLocale's Spanish rules leave four-digit numbers ungrouped.
@@ -171,7 +155,7 @@ QVariant DataSetModel::data(const QModelIndex& index, int role) const
         return {};
     case Qt::TextAlignmentRole:
         if (format == ColumnFormat::Money || format == ColumnFormat::Number || format == ColumnFormat::Integer ||
-            (format == ColumnFormat::Auto && isNumeric(v)))
+            (format == ColumnFormat::Auto && isNumberVariant(v)))
             return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
         return {};
     default:
