@@ -57,6 +57,9 @@ const char* const kRegistroSql = "select * from inmuebles where activado ='S' or
 // Reads what a grid shows of rows [from, to): a few columns of each.
 void showRows(DataSet& ds, int from, int to)
 {
+    // As the grid does: rows are asked for before they are shown.
+    if (to > ds.recordCount())
+        ds.fetchMore(to - ds.recordCount());
     const int cols[] = {ds.fieldIndex(QStringLiteral("CODIGO")), ds.fieldIndex(QStringLiteral("DESCRIPCION")),
                         ds.fieldIndex(QStringLiteral("EUROIMPORTE"))};
     for (int r = from; r < to; ++r)

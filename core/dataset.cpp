@@ -289,7 +289,10 @@ void DataSet::open()
         generateTableSql();
     resetRows();
     mState = State::Browse;
-    fetchOne();
+    // By key the first page of keys comes at once, so the first page of rows
+    // is read with one statement.
+    for (int i = 0; i < (mByKey ? kPage : 1); ++i)
+        fetchOne();
     mCurrent = mRows.empty() ? -1 : 0;
     mBof = true;
     mEof = mRows.empty();
@@ -620,6 +623,10 @@ void DataSet::prior()
 void DataSet::next()
 {
     checkBrowseForMove();
+    // Walking forward by key, keys are read a page ahead: the rows to come
+    // are then read a page per statement, not one each.
+    if (mByKey && mCurrent + 1 >= recordCount() && canFetchMore())
+        fetchMore(kPage);
     if (!ensureRow(mCurrent + 1)) {
         mEof = true;
         return;

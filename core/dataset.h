@@ -77,6 +77,8 @@ public:
     explicit operator bool() const { return !mSubs.empty(); }
     void operator()(Args... args) const
     {
+        if (mSubs.empty())
+            return;
         // A subscriber may add or remove others; call the ones there now.
         const auto subs = mSubs;
         for (const auto& s : subs)

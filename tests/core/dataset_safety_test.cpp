@@ -278,22 +278,39 @@ TEST_F(Safety, LargeSelectsOnOneTableAreReadByKeyAndOthersAsTheyStand)
     noKey.open();
     EXPECT_FALSE(noKey.readsByKey());
 
-    // A row deleted elsewhere after the keys were read shows its key only,
-    // and saving it says what happened.
+    // A row deleted elsewhere after its key was read, before its page was:
+    // it shows its key only, and saving it says what happened.
+    for (int i = 106; i <= 220; ++i)
+        Query::execute(d.datos, d.Transacion,
+                       q("INSERT INTO ZONAS (CODIGO, CODMUNIINE, DESCRIPCION) VALUES (%1, 46250, 'Zona %1')").arg(i));
+    d.Transacion.commitRetaining();
+    byKey.close();
+    byKey.open();
     byKey.fetchAll();
-    EXPECT_EQ(byKey.recordCount(), 5);
+    EXPECT_EQ(byKey.recordCount(), 120);
     OtherWorkstation other(d.datos);
-    other.run(q("DELETE FROM ZONAS WHERE CODIGO = 104"));
-    byKey.last();
-    EXPECT_EQ(byKey.recordCount(), 5);
-    byKey.prior();
-    EXPECT_EQ(byKey.fieldByName(q("CODIGO")).asInteger(), 104);
+    other.run(q("DELETE FROM ZONAS WHERE CODIGO = 210"));
+    byKey.moveTo(109);
+    EXPECT_EQ(byKey.fieldByName(q("CODIGO")).asInteger(), 210);
     EXPECT_TRUE(byKey.fieldByName(q("DESCRIPCION")).isNull());
+    byKey.prior();
+    EXPECT_EQ(byKey.fieldByName(q("DESCRIPCION")).asString(), q("Zona 209"));
+    byKey.next();
     byKey.edit();
     byKey.fieldByName(q("DESCRIPCION")).setAsString(q("Otra"));
     byKey.post();
     EXPECT_THROW(byKey.applyUpdates(), RecordChangedError);
-    EXPECT_EQ(count(q("CODIGO = 104")), 0);
+    EXPECT_EQ(count(q("CODIGO = 210")), 0);
+    byKey.cancelUpdates();
+    // Every row comes once, in order, whatever page it was read in.
+    byKey.last();
+    QList<int> codes;
+    for (int r = 0; r < byKey.recordCount(); ++r)
+        codes.append(byKey.value(r, byKey.fieldIndex(q("CODIGO"))).toInt());
+    QList<int> expected;
+    for (int c = 101; c <= 220; ++c)
+        expected.append(c);
+    EXPECT_EQ(codes, expected);
 }
 
 TEST_F(Safety, BlobsAreReadWhenAskedAndKeptByIdWhenUntouched)

@@ -43,8 +43,10 @@ TEST_F(DataSetTest, OpensLazilyAndNavigates)
 {
     ds.open();
     EXPECT_EQ(ds.state(), DataSet::State::Browse);
-    EXPECT_EQ(ds.recordCount(), 1); // only what has been asked for
-    EXPECT_TRUE(ds.canFetchMore());
+    // One table with a key: read by key, a page of keys at once (all five here).
+    EXPECT_TRUE(ds.readsByKey());
+    EXPECT_EQ(ds.recordCount(), 5);
+    EXPECT_FALSE(ds.canFetchMore());
     EXPECT_EQ(ds.fieldByName(QStringLiteral("descripcion")).asString(), QStringLiteral("ZONA 101"));
     ds.next();
     ds.next();
@@ -119,7 +121,8 @@ TEST_F(DataSetTest, RefusingHooksLeaveRowAndStateAsTheyWere)
     EXPECT_THROW(ds.edit(), Abort);
     EXPECT_EQ(ds.state(), DataSet::State::Browse);
     EXPECT_THROW(ds.remove(), Abort);
-    EXPECT_EQ(ds.recordCount(), 1);
+    EXPECT_EQ(ds.recordCount(), 5);
+    EXPECT_EQ(ds.fieldByName(QStringLiteral("CODIGO")).asInteger(), 101);
     EXPECT_FALSE(ds.updatesPending());
 
     refuse = false;
@@ -225,6 +228,9 @@ TEST_F(DataSetTest, SignalsTellGridsWhatChanged)
     QSignalSpy fetched(&ds, &DataSet::rowsFetched);
     QSignalSpy changed(&ds, &DataSet::rowChanged);
     QSignalSpy states(&ds, &DataSet::stateChanged);
+    // Read as it stands (a join), one row at a time.
+    ds.setSelectSQL(QStringLiteral("SELECT Z.CODIGO, Z.CODMUNIINE, Z.DESCRIPCION FROM ZONAS Z JOIN RDB$DATABASE R "
+                                   "ON 1 = 1 WHERE Z.CODIGO > 100 ORDER BY Z.CODIGO"));
     ds.open();
     ds.fetchMore(2);
     EXPECT_EQ(fetched.count(), 1);
@@ -242,6 +248,8 @@ namespace {
 
 TEST_F(DataSetTest, AHardCommitEndsTheCursorButKeepsTheRowsRead)
 {
+    ds.setSelectSQL(QStringLiteral("SELECT Z.CODIGO, Z.CODMUNIINE, Z.DESCRIPCION FROM ZONAS Z JOIN RDB$DATABASE R "
+                                   "ON 1 = 1 WHERE Z.CODIGO > 100 ORDER BY Z.CODIGO"));
     ds.open();
     ds.fetchMore(1);
     ASSERT_EQ(ds.recordCount(), 2);
