@@ -138,6 +138,7 @@ void DataSet::setSelectSQL(const QString& sql)
 
 void DataSet::setTable(const QString& table, const QStringList& keyFields)
 {
+    refusePending(true);
     mTable = table.toUpper();
     setKeyFields(keyFields);
     setSelectSQL(QStringLiteral("SELECT * FROM ") + mTable);
@@ -196,6 +197,7 @@ void DataSet::resetRows()
     mDeleted.clear();
     mDirty.clear();
     mBlobs.clear();
+    mSavedInserts.clear();
     mLoadedRows = 0;
     mCurrent = -1;
     mSnapshot = {};
@@ -254,6 +256,15 @@ void DataSet::open()
                 sql += QStringLiteral(" ORDER BY ") + mParts.orderBy;
             mKeyQuery = std::make_unique<Query>(*mDb, *mTr, sql);
             mKeyQuery->setRawRows(true);
+            try {
+                mKeyQuery->prepare();
+            } catch (const DatabaseError&) {
+                // Ordered by something only the full select names (an alias,
+                // an expression of its list): read as it stands.
+                mByKey = false;
+            }
+        }
+        if (mByKey) {
             for (const QString& p : mKeyQuery->paramNames())
                 mKeyQuery->paramByName(p).setValue(mSelect.paramByName(p).value());
             mKeyQuery->open();
@@ -287,6 +298,28 @@ void DataSet::open()
     }
     if (!mTable.isEmpty())
         generateTableSql();
+    // The columns that tell one row from another, to recognise saved inserts.
+    mIdentityColumns.clear();
+    if (mByKey) {
+        mIdentityColumns = mKeyColumns;
+    } else {
+        QStringList keys = mKeys;
+        if (keys.isEmpty() && !mTable.isEmpty())
+            keys = primaryKeyOf(*mDb, *mTr, mTable);
+        for (const QString& k : keys) {
+            const int c = static_cast<int>(mNames.indexOf(k));
+            if (c < 0 || c >= mDbFieldCount) {
+                mIdentityColumns.clear();
+                break;
+            }
+            mIdentityColumns.push_back(c);
+        }
+        // No key known: a row is told by everything it holds but its blobs.
+        if (mIdentityColumns.empty())
+            for (int c = 0; c < mDbFieldCount; ++c)
+                if (!mInfos.value(c).isBlob())
+                    mIdentityColumns.push_back(c);
+    }
     resetRows();
     mState = State::Browse;
     // By key the first page of keys comes at once, so the first page of rows
@@ -338,22 +371,39 @@ bool DataSet::canFetchMore() const
 
 void DataSet::fetchOne()
 {
-    auto r = std::make_unique<Row>();
-    if (mByKey) {
-        if (!mKeyQuery->isOpen() || mKeyQuery->eof())
+    // A row this data set inserted and saved is already in place: the open
+    // cursor, which now sees it too, must not bring it a second time.
+    for (;;) {
+        auto r = std::make_unique<Row>();
+        if (mByKey) {
+            if (!mKeyQuery->isOpen() || mKeyQuery->eof())
+                return;
+            r->key = mKeyQuery->packedRow();
+            r->loaded = false;
+            mKeyQuery->next();
+            if (!mSavedInserts.isEmpty() && mSavedInserts.remove(identity(mKeyLayout.values(r->key), true)))
+                continue;
+            mRows.push_back(std::move(r));
             return;
-        r->key = mKeyQuery->packedRow();
-        r->loaded = false;
+        }
+        if (!mSelect.isOpen() || mSelect.eof())
+            return;
+        r->data = mSelect.packedRow();
+        mSelect.next();
+        if (!mSavedInserts.isEmpty() && mSavedInserts.remove(identity(mLayout.values(r->data), false)))
+            continue;
         mRows.push_back(std::move(r));
-        mKeyQuery->next();
+        calc(static_cast<int>(mRows.size()) - 1);
         return;
     }
-    if (!mSelect.isOpen() || mSelect.eof())
-        return;
-    r->data = mSelect.packedRow();
-    mRows.push_back(std::move(r));
-    mSelect.next();
-    calc(static_cast<int>(mRows.size()) - 1);
+}
+
+QString DataSet::identity(const QVector<QVariant>& values, bool keysOnly) const
+{
+    QStringList parts;
+    for (size_t k = 0; k < mIdentityColumns.size(); ++k)
+        parts.append(values.value(keysOnly ? static_cast<int>(k) : mIdentityColumns[k]).toString());
+    return parts.join(QChar(0x1F));
 }
 
 void DataSet::fetchMore(int count)
@@ -406,6 +456,9 @@ void DataSet::loadPage(int row)
     // and those before it when it is near the end.
     const int n = recordCount();
     int from = std::max(0, std::min(row, n - kPage));
+    // Read upwards (the row after is there already): the page ends at the row.
+    if (row + 1 < n && mRows[static_cast<size_t>(row + 1)]->loaded)
+        from = std::max(0, row - kPage + 1);
     std::vector<Row*> wanted;
     for (int i = from; i < n && static_cast<int>(wanted.size()) < kPage; ++i) {
         Row* r = mRows[static_cast<size_t>(i)].get();
@@ -467,7 +520,7 @@ void DataSet::evictFarRows(int keepFrom, int keepTo)
         if (!r.loaded)
             continue;
         const bool near = (i >= keepFrom && i < keepTo) || std::abs(i - mCurrent) < window;
-        if (near || r.cur || r.status != RowStatus::Unmodified) {
+        if (near || r.cur || r.written || r.status != RowStatus::Unmodified) {
             ++loaded;
             continue;
         }
@@ -483,8 +536,8 @@ void DataSet::calc(int row)
     if (!onCalcFields || mCalcNames.isEmpty() || row < 0 || row >= recordCount())
         return;
     Row& r = *mRows[static_cast<size_t>(row)];
-    if (!r.calc)
-        r.calc = std::make_unique<QVector<QVariant>>(mCalcNames.size());
+    // Each calculation starts from nothing: a value the hook leaves unset is empty, not stale.
+    r.calc = std::make_unique<QVector<QVariant>>(mCalcNames.size());
     const int saved = mCalcRow;
     mCalcRow = row;
     try {
@@ -558,6 +611,41 @@ void DataSet::setCurrent(int row)
     syncDetails();
 }
 
+std::vector<std::pair<QString, QVariant>> DataSet::detailParams(const DataSet& d) const
+{
+    std::vector<std::pair<QString, QVariant>> out;
+    const QStringList names = d.mMasterFields.isEmpty() ? d.mSelect.paramNames() : d.mMasterFields;
+    for (const QString& p : names) {
+        const int col = fieldIndex(p);
+        if (col < 0 || !d.mSelect.hasParam(p))
+            continue;
+        out.emplace_back(p, mCurrent >= 0 && !isEmpty() ? rawValue(*mRows[static_cast<size_t>(mCurrent)], col)
+                                                         : QVariant());
+    }
+    return out;
+}
+
+bool DataSet::detailMustFollow(DataSet& d) const
+{
+    if (!d.isOpen())
+        return true;
+    for (const auto& [p, v] : detailParams(d)) {
+        const QVariant now = d.mSelect.paramByName(p).value();
+        if (!sameValue(now, v) || now.typeId() != v.typeId())
+            return true;
+    }
+    return false;
+}
+
+void DataSet::refuseIfDetailsCannotFollow() const
+{
+    // Checked before anything moves, so a refusal leaves master and details
+    // exactly as they were.
+    for (const QPointer<DataSet>& d : mDetails)
+        if (d && (d->isEditing() || d->updatesPending()) && detailMustFollow(*d))
+            throw PendingChangesError();
+}
+
 void DataSet::syncDetails()
 {
     for (const QPointer<DataSet>& d : mDetails) {
@@ -567,24 +655,13 @@ void DataSet::syncDetails()
             d->close();
             continue;
         }
-        const QStringList names = d->mMasterFields.isEmpty() ? d->mSelect.paramNames() : d->mMasterFields;
-        bool changed = !d->isOpen();
-        for (const QString& p : names) {
-            const int col = fieldIndex(p);
-            if (col < 0 || !d->mSelect.hasParam(p))
-                continue;
-            const QVariant v = mCurrent >= 0 && !isEmpty() ? rawValue(*mRows[static_cast<size_t>(mCurrent)], col)
-                                                            : QVariant();
-            Param param = d->mSelect.paramByName(p);
-            if (!sameValue(param.value(), v) || param.value().typeId() != v.typeId()) {
-                param.setValue(v);
-                changed = true;
-            }
-        }
-        if (changed) {
-            d->close();
-            d->open();
-        }
+        if (!detailMustFollow(*d))
+            continue;
+        d->refusePending(true);
+        for (const auto& [p, v] : detailParams(*d))
+            d->mSelect.paramByName(p).setValue(v);
+        d->close();
+        d->open();
     }
 }
 
@@ -715,11 +792,13 @@ int DataSet::positionOfKey(const QByteArray& key)
 
 int DataSet::locateByKey(const std::vector<int>& columns, const QVariantList& values, LocateOptions options)
 {
-    // Rows with changes not yet saved are judged by what they hold here.
+    // Rows changed here, pending or saved since the select was read (they may
+    // no longer meet its WHERE), are judged by what they hold here.
+    auto judgedHere = [](const Row& r) { return r.cur || r.written; };
     int best = -1;
     for (size_t i = 0; i < mRows.size(); ++i) {
         const Row& r = *mRows[i];
-        if (r.cur && rowMatches(r, columns, values, options)) {
+        if (judgedHere(r) && rowMatches(r, columns, values, options)) {
             best = static_cast<int>(i);
             break;
         }
@@ -730,10 +809,40 @@ int DataSet::locateByKey(const std::vector<int>& columns, const QVariantList& va
     for (size_t k = 0; k < columns.size(); ++k) {
         const FieldInfo info = mInfos.value(columns[k]);
         const QString col = mParts.qualified(info.origin);
-        const QVariant& v = values[static_cast<int>(k)];
+        QVariant v = values[static_cast<int>(k)];
         if (isNullValue(v)) {
             conditions.append(col + QStringLiteral(" IS NULL"));
             continue;
+        }
+        // A value the column cannot hold matches no stored row.
+        if (!info.isText() && v.typeId() == QMetaType::QString) {
+            bool ok = false;
+            const QString t = v.toString().trimmed();
+            switch (info.type) {
+            case FieldInfo::Type::Integer:
+                v = t.toLongLong(&ok);
+                break;
+            case FieldInfo::Type::Numeric:
+            case FieldInfo::Type::Float:
+                v = t.toDouble(&ok);
+                break;
+            case FieldInfo::Type::DateTime:
+            case FieldInfo::Type::Date: {
+                for (const char* f : {"dd/MM/yyyy", "dd.MM.yyyy", "yyyy-MM-dd", "dd/MM/yyyy hh:mm", "dd.MM.yyyy hh:mm:ss"}) {
+                    const QDateTime dt = QDateTime::fromString(t, QLatin1String(f));
+                    if (dt.isValid()) {
+                        v = dt;
+                        ok = true;
+                        break;
+                    }
+                }
+                break;
+            }
+            default:
+                ok = true;
+            }
+            if (!ok)
+                return best;
         }
         const bool text = info.type == FieldInfo::Type::Text;
         const bool ci = text && (options & CaseInsensitive);
@@ -772,8 +881,8 @@ int DataSet::locateByKey(const std::vector<int>& columns, const QVariantList& va
         if (best >= 0 && at >= best)
             break;
         const Row& r = *mRows[static_cast<size_t>(at)];
-        if (r.cur)
-            continue; // already judged by its pending values
+        if (judgedHere(r))
+            continue; // already judged by the values it holds here
         best = at;
         break;
     }
@@ -863,6 +972,13 @@ void DataSet::refreshKeepingPosition(const QString& keyField)
     open();
     if (key.isValid())
         locate(keyField, key);
+}
+
+void DataSet::retargetAnchors(const Row* gone, Row* successor)
+{
+    for (const auto& d : mDeleted)
+        if (d->anchor == gone)
+            d->anchor = successor;
 }
 
 void DataSet::markDirty(Row* r)
@@ -960,6 +1076,7 @@ void DataSet::post()
 {
     if (!isEditing())
         return;
+    refuseIfDetailsCannotFollow();
     beforePost(*this);
     Row& r = *mRows[static_cast<size_t>(mCurrent)];
     if (mState == State::Insert) {
@@ -994,6 +1111,8 @@ void DataSet::cancel()
     if (mState == State::Insert) {
         const int at = mCurrent;
         forgetDirty(mRows[static_cast<size_t>(at)].get());
+        retargetAnchors(mRows[static_cast<size_t>(at)].get(),
+                        at + 1 < recordCount() ? mRows[static_cast<size_t>(at + 1)].get() : nullptr);
         mRows.erase(mRows.begin() + at);
         mState = State::Browse;
         Q_EMIT rowRemoved(at);
@@ -1032,13 +1151,17 @@ void DataSet::remove()
     forgetDirty(row);
     std::unique_ptr<Row> r = std::move(mRows[static_cast<size_t>(at)]);
     mRows.erase(mRows.begin() + at);
-    if (r->status != RowStatus::Inserted) {
-        r->deletedAt = at;
-        mDeleted.push_back(std::move(r));
-    }
     mState = State::Browse;
     Q_EMIT rowRemoved(at);
     ensureRow(at);
+    Row* successor = at < recordCount() ? mRows[static_cast<size_t>(at)].get() : nullptr;
+    if (r->status != RowStatus::Inserted) {
+        r->deletedAt = at;
+        r->anchor = successor;
+        mDeleted.push_back(std::move(r));
+    } else {
+        retargetAnchors(r.get(), successor);
+    }
     mCurrent = -1;
     setCurrent(mRows.empty() ? -1 : std::min<int>(at, recordCount() - 1));
     mEof = mRows.empty();
@@ -1136,10 +1259,13 @@ QVector<QVariant> DataSet::readBack(const Row& r)
 
 void DataSet::settle(Row& r, const QVector<QVariant>& values)
 {
+    if (r.status == RowStatus::Inserted && !mIdentityColumns.empty() && canFetchMore())
+        mSavedInserts.insert(identity(values, false));
     r.data = mLayout.pack(values);
     if (mByKey)
         r.key = keyOf(values);
     r.loaded = true;
+    r.written = true;
     r.cur.reset();
     r.status = RowStatus::Unmodified;
 }
@@ -1209,8 +1335,28 @@ void DataSet::cancelUpdates()
     refusePending(false);
     if (isEditing())
         cancel();
+    // Deleted rows go back first, latest first, each before the row that
+    // followed it when it went (pending inserts still in place, so that row
+    // is there to be found); the current row becomes the one deleted last.
+    Row* lastDeleted = nullptr;
+    for (auto it = mDeleted.rbegin(); it != mDeleted.rend(); ++it) {
+        std::unique_ptr<Row> r = std::move(*it);
+        int at = r->anchor ? positionOf(r->anchor) : recordCount();
+        if (at < 0)
+            at = std::clamp(r->deletedAt, 0, recordCount());
+        r->cur.reset();
+        r->status = RowStatus::Unmodified;
+        r->deletedAt = -1;
+        r->anchor = nullptr;
+        if (!lastDeleted)
+            lastDeleted = r.get();
+        mRows.insert(mRows.begin() + at, std::move(r));
+    }
+    mDeleted.clear();
+    const Row* wasCurrent = mCurrent >= 0 && mCurrent < recordCount() ? mRows[static_cast<size_t>(mCurrent)].get() : nullptr;
+    int current = mCurrent;
     std::vector<std::unique_ptr<Row>> kept;
-    kept.reserve(mRows.size() + mDeleted.size());
+    kept.reserve(mRows.size());
     for (auto& r : mRows) {
         if (r->status == RowStatus::Inserted)
             continue;
@@ -1218,30 +1364,13 @@ void DataSet::cancelUpdates()
             r->cur.reset();
             r->status = RowStatus::Unmodified;
         }
+        if (r.get() == lastDeleted || (!lastDeleted && r.get() == wasCurrent))
+            current = static_cast<int>(kept.size());
         kept.push_back(std::move(r));
     }
-    int current = kept.empty() ? -1 : std::clamp(mCurrent, 0, int(kept.size()) - 1);
-    bool latest = true;
-    // Latest deletion first, so every row returns to the place it left; the
-    // current row becomes the one deleted last (the one the user saw go).
-    for (auto it = mDeleted.rbegin(); it != mDeleted.rend(); ++it) {
-        std::unique_ptr<Row> r = std::move(*it);
-        const int at = std::clamp(r->deletedAt, 0, int(kept.size()));
-        r->cur.reset();
-        r->status = RowStatus::Unmodified;
-        r->deletedAt = -1;
-        if (!latest && at <= current)
-            ++current;
-        kept.insert(kept.begin() + at, std::move(r));
-        if (latest) {
-            current = at;
-            latest = false;
-        }
-    }
-    mDeleted.clear();
     mDirty.clear();
     mRows = std::move(kept);
-    mCurrent = mRows.empty() ? -1 : current;
+    mCurrent = mRows.empty() ? -1 : std::clamp(current, 0, recordCount() - 1);
     mBof = mCurrent <= 0;
     mEof = mRows.empty();
     for (int i = 0; i < recordCount(); ++i)

@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 
 #include <functional>
 #include <map>
@@ -231,7 +232,9 @@ private:
         std::unique_ptr<QVector<QVariant>> calc; // calculated fields
         RowStatus status = RowStatus::Unmodified;
         bool loaded = true;
-        int deletedAt = -1; // where a deleted row stood, to put it back there
+        bool written = false; // saved by this data set since the select was read
+        int deletedAt = -1;    // where a deleted row stood, to put it back there
+        Row* anchor = nullptr; // the row that followed it then
     };
     struct Snapshot {
         std::unique_ptr<QVector<QVariant>> cur;
@@ -249,7 +252,12 @@ private:
     void checkBrowseForMove();
     void refusePending(bool includingOwn) const;
     void syncDetails();
+    std::vector<std::pair<QString, QVariant>> detailParams(const DataSet& d) const;
+    bool detailMustFollow(DataSet& d) const;
+    void refuseIfDetailsCannotFollow() const;
     void markDirty(Row* r);
+    void retargetAnchors(const Row* gone, Row* successor);
+    QString identity(const QVector<QVariant>& values, bool keysOnly) const;
     void forgetDirty(Row* r);
     QVector<QVariant>& editableValues(Row& r);
     QVariant rawValue(const Row& r, int column) const;
@@ -303,6 +311,8 @@ private:
     RowLayout mKeyLayout;
     std::vector<int> mKeyColumns; // key fields' columns in the full row
     int mLoadedRows = 0;
+    std::vector<int> mIdentityColumns;
+    QSet<QString> mSavedInserts;
 
     // Prepared once and reused by every apply.
     std::unique_ptr<Query> mModifyQ, mInsertQ, mDeleteQ, mRefreshQ, mLockQ;

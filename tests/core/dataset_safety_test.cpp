@@ -311,6 +311,19 @@ TEST_F(Safety, LargeSelectsOnOneTableAreReadByKeyAndOthersAsTheyStand)
     for (int c = 101; c <= 220; ++c)
         expected.append(c);
     EXPECT_EQ(codes, expected);
+    // And upwards, row by row from the end, after the pages were dropped.
+    byKey.close();
+    byKey.open();
+    byKey.last();
+    QList<int> upwards;
+    for (;;) {
+        upwards.prepend(byKey.fieldByName(q("CODIGO")).asInteger());
+        if (byKey.recNo() == 0)
+            break;
+        byKey.prior();
+    }
+    expected.removeOne(210); // gone since the reopening
+    EXPECT_EQ(upwards, expected);
 }
 
 TEST_F(Safety, BlobsAreReadWhenAskedAndKeptByIdWhenUntouched)
