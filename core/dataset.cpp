@@ -1320,14 +1320,26 @@ void DataSet::applyUpdates()
         throw;
     }
     // Only now, with everything stored, do the rows become clean.
-    for (size_t i = 0; i < mDirty.size(); ++i)
+    const Row* current = mCurrent >= 0 && mCurrent < recordCount() ? mRows[static_cast<size_t>(mCurrent)].get() : nullptr;
+    bool currentSaved = false;
+    for (size_t i = 0; i < mDirty.size(); ++i) {
+        currentSaved = currentSaved || mDirty[i] == current;
         settle(*mDirty[i], fresh[i]);
+    }
     mDeleted.clear();
     mDirty.clear();
     mBlobs.clear();
-    for (int i = 0; i < recordCount(); ++i)
-        if (mRows[static_cast<size_t>(i)]->loaded)
-            calc(i);
+    // Only with calculated fields is the list walked: an apply per row over a
+    // long list (the migration) stays linear.
+    if (onCalcFields && !mCalcNames.isEmpty())
+        for (int i = 0; i < recordCount(); ++i)
+            if (mRows[static_cast<size_t>(i)]->loaded)
+                calc(i);
+    // What the database made of the row (triggers, defaults) is shown, and
+    // details follow a key it may have been given.
+    if (currentSaved)
+        Q_EMIT rowChanged(mCurrent);
+    syncDetails();
 }
 
 void DataSet::cancelUpdates()
