@@ -104,6 +104,13 @@ const char* const kListSql = "SELECT I.CODIGO, I.DESCRIPCION, I.MUNICIPIO, I.EUR
 
 int main(int argc, char** argv)
 {
+    // The engine's private folder doubles as Qt's runtime folder: set before the application.
+    try {
+        preparePrivateFirebirdRoot();
+    } catch (const FirebirdEnvironmentError& e) {
+        std::fprintf(stderr, "%s\n", e.message().toLocal8Bit().constData());
+        return 1;
+    }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
