@@ -241,6 +241,8 @@ private:
         RowStatus status = RowStatus::Unmodified;
     };
 
+    void openByKey();
+    void chooseIdentityColumns();
     void fetchOne();
     bool ensureRow(int row);
     void ensureLoaded(int row) const;
