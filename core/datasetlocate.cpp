@@ -94,17 +94,10 @@ int DataSet::locateByKey(const std::vector<int>& columns, const QVariantList& va
                 v = t.toDouble(&ok);
                 break;
             case FieldInfo::Type::DateTime:
-            case FieldInfo::Type::Date: {
-                for (const char* f : {"dd/MM/yyyy", "dd.MM.yyyy", "yyyy-MM-dd", "dd/MM/yyyy hh:mm", "dd.MM.yyyy hh:mm:ss"}) {
-                    const QDateTime dt = QDateTime::fromString(t, QLatin1String(f));
-                    if (dt.isValid()) {
-                        v = dt;
-                        ok = true;
-                        break;
-                    }
-                }
+            case FieldInfo::Type::Date:
+                v = dateTimeFromText(t);
+                ok = v.toDateTime().isValid();
                 break;
-            }
             default:
                 ok = true;
             }

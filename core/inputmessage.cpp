@@ -42,22 +42,6 @@ bool isNullVariant(const QVariant& v)
            (v.typeId() == QMetaType::QDate && !v.toDate().isValid());
 }
 
-// A date or date and time written as the screens show them (day first, with
-// slashes); invalid for anything else.
-QDateTime fromDisplayFormat(const QString& text)
-{
-    const QString t = text.trimmed();
-    if (!t.contains(QLatin1Char('/')))
-        return {};
-    for (const char* f : {"dd/MM/yyyy", "d/M/yyyy", "dd/MM/yyyy hh:mm", "dd/MM/yyyy hh:mm:ss"}) {
-        const QDateTime d = QDateTime::fromString(t, QLatin1String(f));
-        if (d.isValid())
-            return d;
-    }
-    const QDate d = QDate::fromString(t, QStringLiteral("d/M/yyyy"));
-    return d.isValid() ? d.startOfDay() : QDateTime();
-}
-
 } // namespace
 
 QByteArray InputMessage::textOf(const QVariant& v)
@@ -91,7 +75,7 @@ IMessageMetadata* InputMessage::build(fb::Status& st, IAttachment* att, ITransac
         // as the screens show it is passed as the date it means.
         if (v.typeId() == QMetaType::QString &&
             (declared == SQL_TIMESTAMP || declared == SQL_TYPE_DATE)) {
-            const QDateTime shown = fromDisplayFormat(v.toString());
+            const QDateTime shown = dateTimeFromText(v.toString());
             if (shown.isValid())
                 v = shown;
         }

@@ -47,15 +47,8 @@ QDateTime toDateTime(const QVariant& v)
 {
     if (v.typeId() == QMetaType::QDate)
         return v.toDate().startOfDay();
-    if (v.typeId() == QMetaType::QString) {
-        const QString s = v.toString().trimmed();
-        for (const char* f : {"dd.MM.yyyy hh:mm:ss", "dd.MM.yyyy", "yyyy-MM-ddThh:mm:ss", "yyyy-MM-dd"}) {
-            const QDateTime d = QDateTime::fromString(s, QLatin1String(f));
-            if (d.isValid())
-                return d;
-        }
-        return {};
-    }
+    if (v.typeId() == QMetaType::QString)
+        return dateTimeFromText(v.toString());
     return v.toDateTime();
 }
 
@@ -284,6 +277,19 @@ void encodeTimestamp(const QDateTime& dt, quint32* date, quint32* time)
     *date = static_cast<quint32>(static_cast<qint32>(dt.date().toJulianDay() - kJulianOfIscZero));
     const QTime t = dt.time();
     *time = static_cast<quint32>((t.hour() * 3600 + t.minute() * 60 + t.second()) * 10000 + t.msec() * 10);
+}
+
+QDateTime dateTimeFromText(const QString& text)
+{
+    const QString t = text.trimmed();
+    for (const char* f : {"dd/MM/yyyy", "d/M/yyyy", "dd/MM/yyyy hh:mm", "dd/MM/yyyy hh:mm:ss", "dd.MM.yyyy", "d.M.yyyy",
+                          "dd.MM.yyyy hh:mm", "dd.MM.yyyy hh:mm:ss", "yyyy-MM-dd", "yyyy-MM-ddThh:mm:ss",
+                          "yyyy-MM-dd hh:mm:ss"}) {
+        const QDateTime d = QDateTime::fromString(t, QLatin1String(f));
+        if (d.isValid())
+            return d;
+    }
+    return {};
 }
 
 QByteArray RowLayout::pack(const unsigned char* message, const std::vector<std::optional<QByteArray>>* inlineBlobs) const

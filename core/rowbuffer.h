@@ -71,6 +71,9 @@ private:
 // Conversions between the engine's timestamp and Qt's.
 QDateTime decodeTimestamp(quint32 date, quint32 time);
 void encodeTimestamp(const QDateTime& dt, quint32* date, quint32* time);
+// A date, or date and time, written by a person or the screens: day first
+// with slashes or dots, or ISO; invalid for anything else.
+QDateTime dateTimeFromText(const QString& text);
 
 } // namespace tv
 

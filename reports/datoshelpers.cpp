@@ -6,6 +6,7 @@
 
 #include "query.h"
 #include "reportformat.h"
+#include "rowbuffer.h"
 
 #include <QDate>
 
@@ -84,13 +85,7 @@ void marcarFilas(QVariantList& rows)
 
 QDate leerFecha(const QString& text)
 {
-    const QString t = text.trimmed();
-    for (const char* f : {"dd/MM/yyyy", "dd.MM.yyyy", "yyyy-MM-dd", "d/M/yyyy", "d.M.yyyy"}) {
-        const QDate d = QDate::fromString(t, QLatin1String(f));
-        if (d.isValid())
-            return d;
-    }
-    return {};
+    return dateTimeFromText(text).date();
 }
 
 QString siNo(const QVariant& flag)

@@ -559,3 +559,20 @@ TEST(DatabaseErrors, AlreadyExistsIsDecidedByTheEngineCodes)
 }
 
 } // namespace
+
+namespace {
+
+TEST(DateText, DayFirstWithSlashesOrDotsOrIsoAndNothingElse)
+{
+    const QDateTime jan5(QDate(2026, 1, 5), QTime(0, 0));
+    EXPECT_EQ(dateTimeFromText(QStringLiteral("05/01/2026")), jan5);
+    EXPECT_EQ(dateTimeFromText(QStringLiteral(" 5/1/2026 ")), jan5);
+    EXPECT_EQ(dateTimeFromText(QStringLiteral("05.01.2026")), jan5);
+    EXPECT_EQ(dateTimeFromText(QStringLiteral("2026-01-05")), jan5);
+    EXPECT_EQ(dateTimeFromText(QStringLiteral("05/01/2026 17:30")), QDateTime(QDate(2026, 1, 5), QTime(17, 30)));
+    EXPECT_FALSE(dateTimeFromText(QStringLiteral("31/02/2026")).isValid());
+    EXPECT_FALSE(dateTimeFromText(QStringLiteral("mañana")).isValid());
+    EXPECT_FALSE(dateTimeFromText(QString()).isValid());
+}
+
+} // namespace

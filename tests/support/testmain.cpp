@@ -21,12 +21,26 @@
 
 namespace {
 
+// Runs a helper mode; a failure goes to stderr as the program would say it.
+template <typename F>
+int reporting(F f)
+{
+    try {
+        return f();
+    } catch (const tv::FirebirdEnvironmentError& e) {
+        std::cerr << e.message().toStdString() << std::endl;
+    } catch (const tv::DatabaseError& e) {
+        std::cerr << e.message().toStdString() << std::endl;
+    }
+    return 1;
+}
+
 // --hold-as-program SQL: starts as the desktop program does (data path from
 // morvanI.sys), runs SQL in the shared transaction, says "retenida" and
 // commits when a line (or the end) arrives on stdin.
 int holdAsProgram(const char* sql)
 {
-    try {
+    return reporting([&] {
         const QString dataPath = tv::prepareFirebirdEnvironmentForProgram();
         tv::Tdm data(dataPath);
         data.datos.open();
@@ -37,19 +51,14 @@ int holdAsProgram(const char* sql)
         data.Transacion.commit();
         data.datos.close();
         return 0;
-    } catch (const tv::FirebirdEnvironmentError& e) {
-        std::cerr << e.message().toStdString() << std::endl;
-    } catch (const tv::DatabaseError& e) {
-        std::cerr << e.message().toStdString() << std::endl;
-    }
-    return 1;
+    });
 }
 
 // --open-folders DIR...: opens each local data folder in turn, as one plain
 // process of the program or the tool would.
 int openFolders(int count, char** folders)
 {
-    try {
+    return reporting([&] {
         for (int i = 0; i < count; ++i) {
             const QString folder = QString::fromLocal8Bit(folders[i]);
             tv::prepareFirebirdEnvironment(folder);
@@ -61,12 +70,7 @@ int openFolders(int count, char** folders)
             std::cout << "abierta " << folders[i] << std::endl;
         }
         return 0;
-    } catch (const tv::FirebirdEnvironmentError& e) {
-        std::cerr << e.message().toStdString() << std::endl;
-    } catch (const tv::DatabaseError& e) {
-        std::cerr << e.message().toStdString() << std::endl;
-    }
-    return 1;
+    });
 }
 
 } // namespace
