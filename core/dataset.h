@@ -241,6 +241,7 @@ private:
         RowStatus status = RowStatus::Unmodified;
     };
 
+    void insertRow(bool atEnd);
     void openByKey();
     void chooseIdentityColumns();
     void fetchOne();

@@ -12,14 +12,26 @@ using namespace datasetshared;
 
 void DataSet::insert()
 {
+    insertRow(false);
+}
+
+void DataSet::append()
+{
+    insertRow(true);
+}
+
+void DataSet::insertRow(bool atEnd)
+{
     if (!isOpen())
         throw DataSetError(QStringLiteral("Cannot perform this operation on a closed dataset"));
     refusePending(false);
     if (isEditing())
         post();
+    if (atEnd)
+        fetchAll();
     beforeInsert(*this);
     const int savedCurrent = mCurrent;
-    const int at = mCurrent < 0 ? 0 : mCurrent;
+    const int at = atEnd ? recordCount() : std::max(mCurrent, 0);
     auto r = std::make_unique<Row>();
     r->cur = std::make_unique<QVector<QVariant>>(mDbFieldCount);
     r->status = RowStatus::Inserted;
@@ -30,37 +42,6 @@ void DataSet::insert()
         onNewRecord(*this);
     } catch (...) {
         mRows.erase(mRows.begin() + at);
-        mCurrent = savedCurrent;
-        mState = State::Browse;
-        throw;
-    }
-    Q_EMIT rowInserted(at);
-    Q_EMIT currentChanged(at);
-    Q_EMIT stateChanged(mState);
-    syncDetails();
-}
-
-void DataSet::append()
-{
-    if (!isOpen())
-        throw DataSetError(QStringLiteral("Cannot perform this operation on a closed dataset"));
-    refusePending(false);
-    if (isEditing())
-        post();
-    fetchAll();
-    beforeInsert(*this);
-    const int savedCurrent = mCurrent;
-    const int at = recordCount();
-    auto r = std::make_unique<Row>();
-    r->cur = std::make_unique<QVector<QVariant>>(mDbFieldCount);
-    r->status = RowStatus::Inserted;
-    mRows.push_back(std::move(r));
-    mCurrent = at;
-    mState = State::Insert;
-    try {
-        onNewRecord(*this);
-    } catch (...) {
-        mRows.pop_back();
         mCurrent = savedCurrent;
         mState = State::Browse;
         throw;

@@ -1,5 +1,6 @@
 #include "inputmessage.h"
 
+#include "query.h"
 #include "rowbuffer.h"
 
 #include <QDateTime>
@@ -18,22 +19,6 @@ namespace {
 const unsigned kCsUtf8 = 4;
 const unsigned kCsOctets = 1;
 const int kSegment = 32000;
-
-bool isIntegerVariant(const QVariant& v)
-{
-    switch (v.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Long:
-    case QMetaType::Short:
-    case QMetaType::Bool:
-        return true;
-    default:
-        return false;
-    }
-}
 
 bool isNullVariant(const QVariant& v)
 {
@@ -106,7 +91,7 @@ IMessageMetadata* InputMessage::build(fb::Status& st, IAttachment* att, ITransac
             as[i] = As::Bytes;
             s = {SQL_VARYING, std::max<unsigned>({1u, declaredLength, static_cast<unsigned>(v.toByteArray().size())}),
                  kCsOctets};
-        } else if (isIntegerVariant(v)) {
+        } else if (isIntegerVariant(v) || v.typeId() == QMetaType::Bool) {
             as[i] = As::Int;
             s = {SQL_INT64, sizeof(ISC_INT64), 0};
         } else if (v.typeId() == QMetaType::Double || v.typeId() == QMetaType::Float) {

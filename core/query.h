@@ -41,6 +41,7 @@ QString convertParameters(const QString& sql, QStringList* names);
 // itself when none starts there.
 int skipLiteralOrComment(const QString& sql, int i);
 // Integer and floating values (not texts that look like numbers).
+bool isIntegerVariant(const QVariant& v);
 bool isNumberVariant(const QVariant& v);
 
 // One column of a result row. Values: invalid QVariant for NULL; QString for

@@ -39,7 +39,7 @@ int skipLiteralOrComment(const QString& sql, int i)
     return i;
 }
 
-bool isNumberVariant(const QVariant& v)
+bool isIntegerVariant(const QVariant& v)
 {
     switch (v.typeId()) {
     case QMetaType::Int:
@@ -50,12 +50,15 @@ bool isNumberVariant(const QVariant& v)
     case QMetaType::ULong:
     case QMetaType::Short:
     case QMetaType::UShort:
-    case QMetaType::Double:
-    case QMetaType::Float:
         return true;
     default:
         return false;
     }
+}
+
+bool isNumberVariant(const QVariant& v)
+{
+    return isIntegerVariant(v) || v.typeId() == QMetaType::Double || v.typeId() == QMetaType::Float;
 }
 
 QString convertParameters(const QString& sql, QStringList* names)
