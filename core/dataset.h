@@ -140,6 +140,8 @@ public:
     // The columns that identify a row of the select's table.
     void setKeyFields(const QStringList& keyFields);
     QStringList keyFields() const { return mKeys; }
+    // The table the update statements write (empty for a read-only select).
+    QString table() const { return mTable; }
     // A calculated field, recomputed by onCalcFields when a row is read, on
     // post, and while editing whenever one of dependsOn changes (any field
     // when dependsOn is empty).

@@ -1,5 +1,6 @@
 #include "finance.h"
 
+#include "commands.h"
 #include "dialogs.h"
 #include "frmcalculadora.h"
 #include "frmfinanciacion.h"
@@ -20,6 +21,17 @@ void abrirCuadroFinanciacion(QWidget* parent)
 {
     TfrmFinanciacion frm(parent);
     frm.exec();
+}
+
+void registrarComandos()
+{
+    // Both keep their own rule for a second start, so they run as actions.
+    ui::Command calculadora{QStringLiteral("calculadora-hipotecaria"), {}};
+    calculadora.action = abrirCalculadoraHipotecaria;
+    ui::commands().add(calculadora);
+    ui::Command cuadro{QStringLiteral("cuadro-financiacion"), {}};
+    cuadro.action = abrirCuadroFinanciacion;
+    ui::commands().add(cuadro);
 }
 
 } // namespace tv::finance

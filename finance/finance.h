@@ -12,6 +12,9 @@ void abrirCalculadoraHipotecaria(QWidget* parent);
 // "Cuadro de financiación".
 void abrirCuadroFinanciacion(QWidget* parent);
 
+// Adds the two screens to the program's command table.
+void registrarComandos();
+
 // The refusal shown when the calculator is opened twice.
 inline constexpr const char* kVentanaAbierta = "La ventana ya está abierta, debe cerrar la ventana actual";
 

@@ -5,7 +5,7 @@
 #include "datapath.h"
 #include "dataset.h"
 #include "desktop.h"
-#include "finance.h"
+#include "comandos.h"
 #include "report.h"
 #include "dialogs.h"
 #include "dm.h"
@@ -62,10 +62,9 @@ TfrmMain::TfrmMain(Tdm& dataModule, QWidget* parent)
     connect(mRibbon->languageBox(), &QComboBox::currentIndexChanged, this, &TfrmMain::cbIdiomaChange);
     connect(mRibbon, &Ribbon::commandTriggered, this, &TfrmMain::ejecutar);
 
+    registrarComandosDeLasPantallas();
     registrarComando(QStringLiteral("salir"), [this] { salirDelPrograma(); });
     registrarComando(QStringLiteral("calculadora"), [this] { abrirCalculadora(this); });
-    registrarComando(QStringLiteral("calculadora-hipotecaria"), [this] { finance::abrirCalculadoraHipotecaria(this); });
-    registrarComando(QStringLiteral("cuadro-financiacion"), [this] { finance::abrirCuadroFinanciacion(this); });
     registrarComando(QStringLiteral("manual"), [this] { abrirManual(this); });
     registrarComando(QStringLiteral("fondo"), [this] { elegirFondo(); });
     registrarComando(QStringLiteral("nombre-ordenador"), [this] { nombreDelOrdenador(); });
@@ -83,11 +82,15 @@ void TfrmMain::registrarComando(const QString& command, Handler handler)
 
 void TfrmMain::ejecutar(const QString& command)
 {
-    if (const auto it = mHandlers.constFind(command); it != mHandlers.constEnd()) {
+    const auto it = mHandlers.constFind(command);
+    if (it != mHandlers.constEnd() || ui::commands().contains(command)) {
         // The last stop for a failure no screen handled: an exception must not
         // reach the event loop, which would end the program.
         try {
-            it.value()();
+            if (it != mHandlers.constEnd())
+                it.value()();
+            else
+                ui::commands().run(command, *this);
         } catch (const Abort&) {
         } catch (const DatabaseError& e) {
             ui::dialogs().error(e.message(), this);

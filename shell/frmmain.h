@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands.h"
 #include "frmentrada.h"
 
 #include <QHash>
@@ -26,7 +27,7 @@ class Ribbon;
 // settings, the one-time migration, login, the reminder watcher, the
 // agency's data); on close it closes the child windows, then the
 // connections, committing the shared transaction.
-class TfrmMain : public QMainWindow {
+class TfrmMain : public QMainWindow, public ui::CommandHost {
     Q_OBJECT
 public:
     explicit TfrmMain(Tdm& dataModule, QWidget* parent = nullptr);
@@ -37,14 +38,18 @@ public:
     DataSet& tbconfiguracion() { return *mConfiguracion; }
     DataSet& tbEmpresa() { return *mEmpresa; }
 
-    // A command's handler; a command with none is answered as "not yet
-    // available" when it is in the pending table.
+    // The shell's own commands; the screens' commands come from the command
+    // table the libraries fill (ui/commands.h). A command that nobody answers
+    // is told to be "not yet available".
     using Handler = std::function<void()>;
     void registrarComando(const QString& command, Handler handler);
     bool tieneComando(const QString& command) const { return mHandlers.contains(command); }
 
     // Opens a screen as a child window (the window owns it from then on).
     QMdiSubWindow* abrirVentana(QWidget* screen);
+
+    QWidget* hostWidget() override { return this; }
+    void showChild(QWidget* screen) override { abrirVentana(screen); }
 
     // Start-up runs by itself on the first show; tests switch that off and
     // call arrancar() themselves, with their own way of answering the login.

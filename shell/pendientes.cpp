@@ -1,54 +1,48 @@
 #include "pendientes.h"
 
+#include "commands.h"
 #include "ribbontable.h"
 
 namespace tv::shell {
 
-const QStringList& comandosPendientes()
+namespace {
+
+// Every command the ribbon and the application menu can send.
+QStringList comandosDelRibbon()
 {
-    static const QStringList list = [] {
-        QStringList l = {
-            // FICHEROS
-            QStringLiteral("inmuebles"), QStringLiteral("demandas"), QStringLiteral("operaciones"),
-            QStringLiteral("cruce-automatico"), QStringLiteral("clientes"), QStringLiteral("propietarios"),
-            QStringLiteral("agentes"), QStringLiteral("contactos"), QStringLiteral("agenda"),
-            QStringLiteral("gestiones"), QStringLiteral("promociones-fichero"), QStringLiteral("promociones-estado"),
-            QStringLiteral("mi-web"), QStringLiteral("fotocasa"), QStringLiteral("idealista"),
-            QStringLiteral("yaencontre"), QStringLiteral("pisos"), QStringLiteral("habitaclia"),
-            // UTILIDADES
-            QStringLiteral("disenar-escaparate"), QStringLiteral("generar-escaparate"),
-            QStringLiteral("disenar-contrato"), QStringLiteral("plantilla-operaciones"), QStringLiteral("nota-venta"),
-            QStringLiteral("nota-compra"), QStringLiteral("circular-interesados"),
-            QStringLiteral("recogida-informacion"), QStringLiteral("carrusel"), QStringLiteral("estadisticas"),
-            QStringLiteral("telefonos"),
-            // CAMPAÑAS DE MARKETING
-            QStringLiteral("generar-campana"), QStringLiteral("enviar-mail"), QStringLiteral("enviar-sms"),
-            // TABLAS AUXILIARES
-            QStringLiteral("tipos-familias"), QStringLiteral("tipos-inmuebles"), QStringLiteral("tipos-operaciones"),
-            QStringLiteral("tipos-estados"), QStringLiteral("tipos-zonas"), QStringLiteral("origenes-publicitarios"),
-            QStringLiteral("tipos-gastos"), QStringLiteral("tipos-gestiones"), QStringLiteral("tipos-perfiles"),
-            QStringLiteral("departamentos"),
-            // TABLAS COMUNES
-            QStringLiteral("configurar-empresa"), QStringLiteral("bancos"), QStringLiteral("tipos-iva"),
-            QStringLiteral("municipios"), QStringLiteral("configurar-agenda"), QStringLiteral("tipos-citas"),
-            QStringLiteral("historico-agenda"),
-            // HERRAMIENTAS
-            QStringLiteral("configurar-aplicacion"), QStringLiteral("configurar-red"), QStringLiteral("actualizar"),
-            QStringLiteral("realizar-copia"), QStringLiteral("restaurar-copia"),
-            // Application menu
-            QStringLiteral("escanear"),
-        };
-        // Every feed of the "+Portales" menu.
-        for (const Portal& p : portals())
-            l.append(p.command);
-        return l;
-    }();
+    QStringList l;
+    for (const RibbonItem& i : ribbonItems())
+        if (i.kind != RibbonKind::Menu && i.kind != RibbonKind::LanguageBox && !l.contains(i.command))
+            l.append(i.command);
+    for (const RibbonMenuItem& m : ribbonMenuItems())
+        if (!l.contains(m.command))
+            l.append(m.command);
+    l.append(QStringLiteral("escanear"));
+    return l;
+}
+
+} // namespace
+
+const QStringList& comandosDelShell()
+{
+    static const QStringList list = {QStringLiteral("salir"), QStringLiteral("calculadora"), QStringLiteral("manual"),
+                                     QStringLiteral("fondo"), QStringLiteral("nombre-ordenador")};
     return list;
+}
+
+QStringList comandosPendientes()
+{
+    QStringList out;
+    for (const QString& c : comandosDelRibbon())
+        if (esPendiente(c))
+            out.append(c);
+    return out;
 }
 
 bool esPendiente(const QString& command)
 {
-    return comandosPendientes().contains(command);
+    return !comandosDelShell().contains(command) && !ui::commands().contains(command) &&
+           comandosDelRibbon().contains(command);
 }
 
 QString mensajePendiente(const QString& command)

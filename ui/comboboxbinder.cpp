@@ -1,5 +1,6 @@
 #include "comboboxbinder.h"
 
+#include "lookupcatalogue.h"
 #include "query.h"
 
 #include <QComboBox>
@@ -48,8 +49,44 @@ void ComboBoxBinder::setItems(const QList<Item>& items, bool allowEmpty)
     refresh();
 }
 
+void ComboBoxBinder::setLookup(const QString& name, bool allowEmpty, const QString& parentField)
+{
+    mLookup = name;
+    mAllowEmpty = allowEmpty;
+    mParentField = parentField.toUpper();
+    reloadLookup();
+}
+
+void ComboBoxBinder::reloadLookup()
+{
+    if (mLookup.isEmpty())
+        return;
+    QVariant parent;
+    DataSet& ds = dataSet();
+    if (!mParentField.isEmpty()) {
+        const bool hasRow = ds.isOpen() && ds.recNo() >= 0 && ds.fieldIndex(mParentField) >= 0;
+        parent = hasRow ? ds.fieldByName(mParentField).value() : QVariant();
+        mParentShown = lookupKey(parent);
+    }
+    QList<Item> items;
+    // With a parent field but no parent chosen there is nothing to choose from.
+    if (mParentField.isEmpty() || !mParentShown.isEmpty())
+        for (const LookupItem& i : lookups().items(ds.database(), ds.transaction(), mLookup, parent))
+            items.append({i.code, i.description});
+    setItems(items, mAllowEmpty);
+}
+
 void ComboBoxBinder::showValue(const QVariant& value)
 {
+    if (!mParentField.isEmpty()) {
+        DataSet& ds = dataSet();
+        const bool hasRow = ds.isOpen() && ds.recNo() >= 0 && ds.fieldIndex(mParentField) >= 0;
+        const QString parent = hasRow ? lookupKey(ds.fieldByName(mParentField).value()) : QString();
+        if (parent != mParentShown) {
+            reloadLookup(); // shows the value again itself
+            return;
+        }
+    }
     const QString wanted = key(value);
     int found = -1;
     for (int i = 0; i < mBox->count() && found < 0; ++i)

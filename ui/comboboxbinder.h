@@ -32,6 +32,12 @@ public:
     // With allowEmpty, a blank first item stands for NULL.
     void loadItems(Database& db, Transaction& tr, const QString& sql, bool allowEmpty = false);
     void setItems(const QList<Item>& items, bool allowEmpty = false);
+    // Items from a named catalogue of lookupcatalogue.h. With a parent field, only the
+    // items of the parent value in the current row (a municipality's zones),
+    // listed again whenever that value changes.
+    void setLookup(const QString& name, bool allowEmpty = false, const QString& parentField = {});
+    // Lists the catalogue again (after its table changed).
+    void reloadLookup();
 
 protected:
     void showValue(const QVariant& value) override;
@@ -39,6 +45,10 @@ protected:
 
 private:
     QComboBox* mBox;
+    QString mLookup;
+    QString mParentField;
+    QString mParentShown;
+    bool mAllowEmpty = false;
 };
 
 } // namespace tv::ui

@@ -6,12 +6,14 @@
 #include "dateeditbinder.h"
 #include "lineeditbinder.h"
 #include "memobinder.h"
+#include "picturebinder.h"
 #include "richtextbinder.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -53,14 +55,62 @@ FieldBinder* FormBuilder::create(const FieldSpec& spec, QWidget* parent)
         break;
     case FieldKind::Lookup: {
         auto* c = new ComboBoxBinder(mDs, spec.column, new QComboBox(parent));
-        if (!spec.lookupSql.isEmpty())
-            c->loadItems(mDs.database(), mDs.transaction(), spec.lookupSql, true);
+        if (spec.lookup.trimmed().startsWith(QLatin1String("SELECT"), Qt::CaseInsensitive))
+            c->loadItems(mDs.database(), mDs.transaction(), spec.lookup, true);
+        else if (!spec.lookup.isEmpty())
+            c->setLookup(spec.lookup, true);
         b = c;
         break;
     }
+    case FieldKind::Picture:
+        b = new PictureBinder(mDs, spec.column, new QLabel(parent));
+        break;
     }
     b->control()->setObjectName(spec.column.toUpper());
+    applyColumnRules(b, spec);
     return b;
+}
+
+void FormBuilder::applyColumnRules(FieldBinder* b, const Column& spec)
+{
+    auto* edit = qobject_cast<QLineEdit*>(b->control());
+    if (edit) {
+        int length = spec.maxLength;
+        const int index = mDs.fieldIndex(spec.column);
+        if (length <= 0 && index >= 0 && mDs.isOpen()) {
+            const FieldInfo info = mDs.fieldInfo(index);
+            if (info.type == FieldInfo::Type::Text)
+                length = info.size;
+        }
+        if (length > 0 && (spec.kind == ColumnKind::Text || spec.kind == ColumnKind::Integer))
+            edit->setMaxLength(length);
+        if (spec.normaliser) {
+            // On leaving the box: the normalised value replaces what was typed,
+            // only while the record is being edited (browsing never writes).
+            QObject::connect(edit, &QLineEdit::editingFinished, b, [b, edit, normaliser = spec.normaliser] {
+                DataSet& ds = b->dataSet();
+                if (!ds.isEditing())
+                    return;
+                const QString typed = edit->text();
+                const QString normal = normaliser(typed);
+                if (normal == typed)
+                    return;
+                ds.fieldByName(b->fieldName()).setValue(normal.isEmpty() ? QVariant() : QVariant(normal));
+                b->refresh();
+            });
+        }
+    }
+    if (spec.insertOnly) {
+        // Keys and other columns fixed once the row exists.
+        auto follow = [b] {
+            if (QWidget* w = b->control())
+                w->setEnabled(b->dataSet().state() == DataSet::State::Insert);
+        };
+        QObject::connect(&mDs, &DataSet::stateChanged, b, follow);
+        QObject::connect(&mDs, &DataSet::currentChanged, b, follow);
+        QObject::connect(&mDs, &DataSet::reset, b, follow);
+        follow();
+    }
 }
 
 QList<FieldBinder*> FormBuilder::build(QGridLayout* grid, const QList<FieldSpec>& specs, int columns)
@@ -74,6 +124,24 @@ QList<FieldBinder*> FormBuilder::build(QGridLayout* grid, const QList<FieldSpec>
         const int row = firstRow + i / columns;
         const int col = (i % columns) * 2;
         FieldBinder* b = create(spec, parent);
+        if (!spec.remarkColumn.isEmpty()) {
+            // A flag or a surface with its remark box beside it.
+            FieldBinder* remark = create(Column{spec.remarkColumn, spec.caption}, parent);
+            if (spec.kind == FieldKind::Flag) {
+                grid->addWidget(b->control(), row, col);
+            } else {
+                auto* label = new QLabel(spec.caption, parent);
+                label->setBuddy(b->control());
+                auto* pair = new QHBoxLayout;
+                pair->addWidget(label);
+                pair->addWidget(b->control());
+                grid->addLayout(pair, row, col);
+            }
+            grid->addWidget(remark->control(), row, col + 1);
+            out.append(b);
+            out.append(remark);
+            continue;
+        }
         if (spec.kind == FieldKind::Flag) {
             grid->addWidget(b->control(), row, col, 1, 2);
         } else {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formfield.h"
+#include "column.h"
 
 #include <QList>
 
@@ -28,6 +28,8 @@ public:
     FieldBinder* create(const FieldSpec& spec, QWidget* parent);
 
 private:
+    // Maximum length, normaliser on leaving the box, editable only while inserting.
+    void applyColumnRules(FieldBinder* b, const Column& spec);
     DataSet& mDs;
 };
 

@@ -7,6 +7,7 @@
 #include "formbuilder.h"
 #include "icons.h"
 #include "lineeditbinder.h"
+#include "lookupcatalogue.h"
 #include "memobinder.h"
 #include "richtextbinder.h"
 #include "transaction.h"
@@ -232,6 +233,23 @@ QWidget* RecordScreen::controlFor(const QString& field) const
     return nullptr;
 }
 
+FieldBinder* RecordScreen::binderFor(const QString& field) const
+{
+    const QString wanted = field.toUpper();
+    for (const QPointer<FieldBinder>& b : mBinders)
+        if (b && b->fieldName() == wanted)
+            return b;
+    return nullptr;
+}
+
+void RecordScreen::setOwnership(const Ownership& rule)
+{
+    Q_ASSERT(mDs);
+    mOwnership = rule;
+    mHasOwnership = true;
+    protect(*mDs, rule, this);
+}
+
 QWidget* RecordScreen::primerCampo() const
 {
     for (const QPointer<FieldBinder>& b : mBinders)
@@ -265,6 +283,15 @@ bool RecordScreen::checkRequired(const QList<Required>& rules)
     return true;
 }
 
+bool RecordScreen::checkColumns(const Columns& columns)
+{
+    QList<Required> rules;
+    for (const Column& c : columns)
+        if (!c.required.isEmpty())
+            rules.append({c.column, c.required});
+    return checkRequired(rules);
+}
+
 QString RecordScreen::textoConfirmarBorrado() const
 {
     return kConfirmarBorrar;
@@ -278,6 +305,8 @@ bool RecordScreen::applyAndCommit()
         mDs->applyUpdates();
         // Every screen's data set runs on the shared transaction (dm->Transacion).
         mDs->transaction().commitRetaining();
+        if (!mDs->table().isEmpty())
+            lookups().changed(mDs->table());
         return true;
     } catch (const DatabaseError& e) {
         dialogs().error(e.message(), this);
@@ -307,6 +336,10 @@ void RecordScreen::borrar()
 {
     if (!isActionEnabled(Action::Borrar))
         return;
+    if (mHasOwnership && !mOwnership.deleteRefused.isEmpty() && !mayChange(*mDs, mOwnership)) {
+        dialogs().information(mOwnership.deleteRefused, this);
+        return;
+    }
     if (!puedeBorrar())
         return;
     if (!dialogs().confirmation(textoConfirmarBorrado(), this))

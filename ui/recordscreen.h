@@ -1,7 +1,8 @@
 #pragma once
 
 #include "dataset.h"
-#include "formfield.h"
+#include "column.h"
+#include "ownership.h"
 
 #include <QDialog>
 #include <QFlags>
@@ -82,6 +83,14 @@ public:
     QList<FieldBinder*> buildFields(QGridLayout* grid, const QList<FieldSpec>& specs, int columns = 1);
     // The control bound to a column (by the helpers above).
     QWidget* controlFor(const QString& field) const;
+    // The binder of a column (nullptr when none).
+    FieldBinder* binderFor(const QString& field) const;
+
+    // The agent rule of the screen's records: editing and deleting another
+    // agent's record is refused with the rule's messages (before any
+    // question), new records take the current agent.
+    void setOwnership(const Ownership& rule);
+    bool hasOwnership() const { return mHasOwnership; }
 
 public Q_SLOTS:
     void nuevo();
@@ -115,6 +124,9 @@ protected:
         QString message;
     };
     bool checkRequired(const QList<Required>& rules);
+    // The same over the column descriptions: every column with a required
+    // message, in the table's order.
+    bool checkColumns(const Columns& columns);
 
     // A screen's own check before deleting; false refuses (after its message).
     virtual bool puedeBorrar() { return true; }
@@ -141,6 +153,8 @@ private:
     QHash<Action, QAction*> mActions;
     QList<QPointer<FieldBinder>> mBinders;
     bool mValidationAsError = false;
+    Ownership mOwnership;
+    bool mHasOwnership = false;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(RecordScreen::Actions)

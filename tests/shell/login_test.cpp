@@ -117,6 +117,7 @@ TEST(Login, EmptyFieldsPutTheFocusInTheUserBox)
     dlg.edContrasena()->setFocus();
     dlg.btnAceptarClick();
     EXPECT_TRUE(dlg.edUsuario()->hasFocus());
+    EXPECT_EQ(dialogs.texts(), QStringList{QStringLiteral("Debe indicar el usuario y la contraseña de acceso")});
     dlg.Timer1Timer();
     EXPECT_TRUE(dlg.edUsuario()->hasFocus());
 }

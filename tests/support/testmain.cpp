@@ -9,6 +9,7 @@
 #include "dm.h"
 #include "fbenvironment.h"
 #include "query.h"
+#include "scripteddialogs.h"
 
 #include <QApplication>
 #include <QDir>
@@ -93,5 +94,8 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
+    // No test may show a message it did not script.
+    static tv::test::FailingDialogs failing;
+    tv::ui::Dialogs::install(&failing);
     return RUN_ALL_TESTS();
 }

@@ -3,7 +3,7 @@
 #include "database.h"
 #include "transaction.h"
 
-#include "formfield.h"
+#include "column.h"
 #include "formbuilder.h"
 #include "scripteddialogs.h"
 #include "testdata.h"
