@@ -23,5 +23,6 @@ std::unique_ptr<Tdm> openData(const std::string& option);
 void addDatosCommands(CLI::App& app, int& exitCode);
 void addInformeCommand(CLI::App& app, int& exitCode);
 void addCuotaCommand(CLI::App& app, int& exitCode);
+void addNifCommand(CLI::App& app, int& exitCode);
 
 } // namespace tv::cli

@@ -51,6 +51,7 @@ int main(int argc, char** argv)
     tv::cli::addDatosCommands(cli, exitCode);
     tv::cli::addInformeCommand(cli, exitCode);
     tv::cli::addCuotaCommand(cli, exitCode);
+    tv::cli::addNifCommand(cli, exitCode);
     try {
         cli.parse(argc, argv);
     } catch (const CLI::ParseError& e) {

@@ -90,12 +90,14 @@ bool CommandTable::run(const QString& id, CommandHost& host)
         return true;
     }
     const QPointer<QDialog> guard(dialog);
-    if (mModalRunner) {
+    if (mModalRunner)
         mModalRunner(dialog);
-    } else {
+    else
         dialog->exec();
-        // exec() returns on hide; a screen that hid without closing goes now.
-        if (guard && !guard->isVisible())
+    // A modal screen is over once it is hidden, whether it closed or only hid.
+    if (!guard || !guard->isVisible()) {
+        mOpen.remove(id);
+        if (guard)
             guard->deleteLater();
     }
     return true;
