@@ -1,10 +1,8 @@
 #include "frmfinanciacion.h"
 
 #include "campoimporte.h"
-#include "dialogs.h"
-#include "dberror.h"
 #include "informefinanciacion.h"
-#include "report.h"
+#include "services.h"
 
 #include <QDate>
 #include <QGridLayout>
@@ -30,11 +28,7 @@ QLabel* etiqueta(const QString& texto, QWidget* parent)
 
 } // namespace
 
-TfrmFinanciacion::TfrmFinanciacion(QWidget* parent)
-    : QDialog(parent),
-      mImpresora([](const QString& plantilla, const QVariantMap& datos, QWidget* padre) {
-          return reports::print(plantilla, datos, padre);
-      })
+TfrmFinanciacion::TfrmFinanciacion(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmFinanciacion"));
     setWindowTitle(QStringLiteral("Cuadro de financiación"));
@@ -210,13 +204,7 @@ void TfrmFinanciacion::btnImprimirClick()
     recalcular();
     // The report service adds the agency's letterhead and the date.
     const QVariantMap datos = datosInformeFinanciacion(mCuadro, QDate::currentDate());
-    try {
-        mImpresora(QString::fromLatin1(kPlantillaFinanciacion), datos, this);
-    } catch (const reports::ReportError& e) {
-        ui::dialogs().error(e.message(), this);
-    } catch (const DatabaseError& e) {
-        ui::dialogs().error(e.message(), this);
-    }
+    ui::services().print(QString::fromLatin1(kPlantillaFinanciacion), datos, this);
 }
 
 void TfrmFinanciacion::btnSalirClick()

@@ -3,9 +3,6 @@
 #include "cuadrofinanciacion.h"
 
 #include <QDialog>
-#include <QVariantMap>
-
-#include <functional>
 
 class QLineEdit;
 class QSpinBox;
@@ -17,16 +14,11 @@ class CampoImporte;
 // "Cuadro de financiación": price plus purchase costs, less the down
 // payment, gives the loan; its instalment is shown for the chosen rate and
 // term and for five rates by seven terms. Every change recalculates.
+// Printing goes through ui::services(), which tells its own failures.
 class TfrmFinanciacion : public QDialog {
     Q_OBJECT
 public:
-    // Prints a template with its data after a printer dialog; false when cancelled.
-    using Impresora = std::function<bool(const QString& plantilla, const QVariantMap& datos, QWidget* parent)>;
-
     explicit TfrmFinanciacion(QWidget* parent = nullptr);
-
-    // The report service by default.
-    void setImpresora(Impresora impresora) { mImpresora = std::move(impresora); }
 
     const CuadroFinanciacion& cuadro() const { return mCuadro; }
 
@@ -56,7 +48,6 @@ private:
     QLineEdit* salida(const QString& nombre, bool destacada = false);
 
     CuadroFinanciacion mCuadro;
-    Impresora mImpresora;
     bool mRecalculando = false;
 
     CampoImporte* mImporteInmueble = nullptr;

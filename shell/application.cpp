@@ -9,6 +9,7 @@
 #include "frminicio.h"
 #include "frmmain.h"
 #include "icons.h"
+#include "reportservices.h"
 #include "singleinstance.h"
 
 #include <QApplication>
@@ -43,6 +44,7 @@ int run(QApplication& app)
     QLocale::setDefault(QLocale::system());
 
     prepareApplication(app);
+    reports::installReportServices();
 
     // A kill or a logout closes in order instead of cutting the connections.
     TerminationWatcher termination;

@@ -1,11 +1,17 @@
 #include "datasetmodel.h"
 
 #include "money.h"
+#include "plaintext.h"
 #include "query.h"
 
 namespace tv::ui {
 
 namespace {
+
+bool isNullValue(const QVariant& v)
+{
+    return !v.isValid() || v.isNull();
+}
 
 // Grouped by thousands with a decimal comma, as Money prints amounts
 // ("1.234.567,89"); QLocale's Spanish rules leave four-digit numbers ungrouped.
@@ -38,6 +44,12 @@ void DataSetModel::setColumns(const QList<Column>& columns)
         if (!c.title.isEmpty())
             mTitles.insert(f, c.title);
         mFormats.insert(f, c.format);
+        if (!c.lookup.isEmpty())
+            mLookups.insert(f, c.lookup);
+        if (c.editable)
+            mEditable.insert(f);
+        if (c.insertOnly)
+            mInsertOnly.insert(f);
     }
     rebuildColumns();
     endResetModel();
@@ -57,6 +69,42 @@ void DataSetModel::setColumnFormat(const QString& field, ColumnFormat format)
     const int c = columnOf(field);
     if (c >= 0 && mRows > 0)
         Q_EMIT dataChanged(index(0, c), index(mRows - 1, c));
+}
+
+void DataSetModel::setDescriber(Describer describer)
+{
+    mDescriber = std::move(describer);
+    if (mRows > 0 && !mShown.isEmpty())
+        Q_EMIT dataChanged(index(0, 0), index(mRows - 1, int(mShown.size()) - 1));
+}
+
+void DataSetModel::setColumnEditable(const QString& field, bool editable)
+{
+    const QString f = field.toUpper();
+    if (editable)
+        mEditable.insert(f);
+    else
+        mEditable.remove(f);
+    const int c = columnOf(f);
+    if (c >= 0 && mRows > 0)
+        Q_EMIT dataChanged(index(0, c), index(mRows - 1, c));
+}
+
+ColumnFormat DataSetModel::columnFormat(int column) const
+{
+    return mFormats.value(mShown.value(column), ColumnFormat::Auto);
+}
+
+bool DataSetModel::isEditableFlag(int column) const
+{
+    const QString f = mShown.value(column);
+    if (!mDs || !mDs->isOpen() || columnFormat(column) != ColumnFormat::Flag || !mEditable.contains(f))
+        return false;
+    if (mInsertOnly.contains(f) && mDs->state() != DataSet::State::Insert)
+        return false;
+    // Calculated fields are the data set's to set.
+    const int i = fieldIndex(column);
+    return i >= 0 && i < mDs->fieldCount() && !mDs->field(i).isCalculated();
 }
 
 void DataSetModel::rebuildColumns()
@@ -115,6 +163,11 @@ QString DataSetModel::formatted(const QVariant& v, ColumnFormat format)
         return spanishNumber(v.toDouble(), 2);
     case ColumnFormat::Integer:
         return Money::fromUnits(v.toLongLong()).toSpanish(0);
+    case ColumnFormat::Memo:
+        return firstLine(v.toString());
+    case ColumnFormat::RichText:
+        return firstLine(plainTextOf(v.toString()));
+    case ColumnFormat::Lookup:
     case ColumnFormat::Auto:
         break;
     }
@@ -133,6 +186,29 @@ QString DataSetModel::formatted(const QVariant& v, ColumnFormat format)
     return v.toString();
 }
 
+QString DataSetModel::firstLine(const QString& text)
+{
+    const QString t = text.trimmed();
+    qsizetype end = 0;
+    while (end < t.size() && t.at(end) != QLatin1Char('\n') && t.at(end) != QLatin1Char('\r'))
+        ++end;
+    if (end == t.size())
+        return t;
+    return t.left(end).trimmed() + QStringLiteral(" …");
+}
+
+QString DataSetModel::describe(int column, const QVariant& code) const
+{
+    if (!code.isValid() || code.isNull())
+        return {};
+    if (mDescriber) {
+        const QString d = mDescriber(mLookups.value(mShown.value(column)), code);
+        if (!d.isEmpty())
+            return d;
+    }
+    return displayText(code, ColumnFormat::Auto);
+}
+
 QVariant DataSetModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || !mDs || index.row() >= mRows)
@@ -140,14 +216,36 @@ QVariant DataSetModel::data(const QModelIndex& index, int role) const
     const int f = fieldIndex(index.column());
     if (f < 0)
         return {};
-    const QVariant v = mDs->value(index.row(), f);
     const ColumnFormat format = mFormats.value(mShown.at(index.column()), ColumnFormat::Auto);
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+    case ValueRole:
+    case Qt::CheckStateRole:
+    case Qt::TextAlignmentRole:
+    case Qt::ToolTipRole:
+        break;
+    default:
+        return {};
+    }
+    const QVariant v = mDs->value(index.row(), f);
     switch (role) {
     case Qt::DisplayRole:
         if (format == ColumnFormat::Flag)
             return {};
+        if (format == ColumnFormat::Lookup)
+            return describe(index.column(), v);
         return displayText(v, format);
     case Qt::EditRole:
+        if (format == ColumnFormat::Lookup)
+            return isNullValue(v) ? QVariant() : QVariant(describe(index.column(), v));
+        if (format == ColumnFormat::Memo || format == ColumnFormat::RichText) {
+            if (isNullValue(v))
+                return {};
+            return format == ColumnFormat::Memo ? v.toString().trimmed() : plainTextOf(v.toString());
+        }
+        return v;
+    case ValueRole:
         return v;
     case Qt::CheckStateRole:
         if (format == ColumnFormat::Flag)
@@ -157,14 +255,86 @@ QVariant DataSetModel::data(const QModelIndex& index, int role) const
         if (format == ColumnFormat::Money || format == ColumnFormat::Number || format == ColumnFormat::Integer ||
             (format == ColumnFormat::Auto && isNumberVariant(v)))
             return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+        if (format == ColumnFormat::Flag)
+            return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));
         return {};
+    case Qt::ToolTipRole: {
+        // A memo cut to its first line shows the rest on hovering.
+        if (format != ColumnFormat::Memo && format != ColumnFormat::RichText)
+            return {};
+        const QString full = format == ColumnFormat::Memo ? v.toString().trimmed() : plainTextOf(v.toString());
+        if (full.isEmpty() || !full.contains(QLatin1Char('\n')))
+            return {};
+        return full.left(2000);
+    }
     default:
         return {};
     }
 }
 
+Qt::ItemFlags DataSetModel::flags(const QModelIndex& index) const
+{
+    Qt::ItemFlags f = QAbstractTableModel::flags(index);
+    if (index.isValid() && isEditableFlag(index.column()))
+        f |= Qt::ItemIsUserCheckable;
+    return f;
+}
+
+bool DataSetModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (role != Qt::CheckStateRole || !index.isValid() || !mDs || index.row() >= mRows)
+        return false;
+    if (!isEditableFlag(index.column()) || index.row() != mDs->recNo())
+        return false;
+    const int f = fieldIndex(index.column());
+    const QString wanted = value.toInt() == Qt::Checked ? QStringLiteral("S") : QStringLiteral("N");
+    const bool startsEdit = !mDs->isEditing();
+    // A write that fails after this model put the record in edit takes the
+    // edit back, so a refusal leaves the record exactly as it was.
+    auto undo = [&] {
+        if (startsEdit && mDs->isEditing()) {
+            try {
+                mDs->cancel();
+            } catch (...) {
+                // The cancel hook refused too; the record stays in edit, unchanged.
+            }
+        }
+    };
+    try {
+        if (startsEdit)
+            mDs->edit();
+        mDs->field(f).setValue(wanted);
+    } catch (const Abort&) {
+        undo();
+        return false;
+    } catch (const DatabaseError& e) {
+        undo();
+        Q_EMIT editFailed(e.message());
+        return false;
+    } catch (const DataSetError& e) {
+        undo();
+        Q_EMIT editFailed(e.message());
+        return false;
+    }
+    return true;
+}
+
 QVariant DataSetModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole) {
+        // Titles sit over their values: amounts on the right, flags in the middle.
+        const ColumnFormat format = columnFormat(section);
+        const int f = fieldIndex(section);
+        const FieldInfo::Type type = mDs && f >= 0 ? mDs->fieldInfo(f).type : FieldInfo::Type::Text;
+        const bool numeric = type == FieldInfo::Type::Integer || type == FieldInfo::Type::Float ||
+                             type == FieldInfo::Type::Numeric;
+        if (format == ColumnFormat::Money || format == ColumnFormat::Number || format == ColumnFormat::Integer ||
+            (format == ColumnFormat::Auto && numeric))
+            return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+        if (format == ColumnFormat::Flag)
+            return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));
+        return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
+    }
     if (role != Qt::DisplayRole)
         return {};
     if (orientation == Qt::Vertical)

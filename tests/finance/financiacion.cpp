@@ -6,6 +6,7 @@
 #include "informefinanciacion.h"
 #include "report.h"
 #include "scripteddialogs.h"
+#include "scriptedservices.h"
 #include "testdata.h"
 
 #include <QLineEdit>
@@ -16,6 +17,7 @@
 using namespace tv::finance;
 using tv::Money;
 using tv::test::ScriptedDialogs;
+using tv::test::ScriptedServices;
 
 namespace {
 
@@ -238,14 +240,9 @@ TEST(Financiacion, AmountBoxesTakeSpanishInput)
 TEST(Financiacion, PrintsTheTableThroughTheReportService)
 {
     ScriptedDialogs dialogs;
+    ScriptedServices services;
+    services.printAnswer(true);
     TfrmFinanciacion frm;
-    QString plantilla;
-    QVariantMap datos;
-    frm.setImpresora([&](const QString& p, const QVariantMap& d, QWidget*) {
-        plantilla = p;
-        datos = d;
-        return true;
-    });
     frm.edImporteInmueble()->setText(QStringLiteral("249999,99"));
     frm.edVariable()->setText(QStringLiteral("10"));
     frm.edImporteFijo()->setText(QStringLiteral("3000"));
@@ -254,7 +251,11 @@ TEST(Financiacion, PrintsTheTableThroughTheReportService)
     frm.edIntereses()->setText(QStringLiteral("0,5"));
     frm.btnImprimirClick();
 
-    EXPECT_EQ(plantilla, QStringLiteral("in_financiacion"));
+    ASSERT_EQ(services.calls().size(), 1);
+    const ScriptedServices::Call& llamada = services.calls().first();
+    EXPECT_EQ(llamada.kind, ScriptedServices::Kind::Print);
+    EXPECT_EQ(llamada.name, QStringLiteral("in_financiacion"));
+    const QVariantMap& datos = llamada.data;
     EXPECT_EQ(datos.value(QStringLiteral("importeHipoteca")).toString(), QStringLiteral("227.999,99 €"));
     EXPECT_EQ(datos.value(QStringLiteral("cuota")).toString(), QStringLiteral("808,65 €"));
     EXPECT_EQ(datos.value(QStringLiteral("variable")).toString(), QStringLiteral("10,00 %"));
@@ -276,17 +277,16 @@ TEST(Financiacion, PrintsTheTableThroughTheReportService)
     EXPECT_TRUE(dialogs.log().isEmpty());
 }
 
-TEST(Financiacion, PrintFailureIsShown)
+TEST(Financiacion, ACancelledPrintSaysNothing)
 {
     ScriptedDialogs dialogs;
+    ScriptedServices services;
+    services.printAnswer(false);
     TfrmFinanciacion frm;
-    frm.setImpresora([](const QString&, const QVariantMap&, QWidget*) -> bool {
-        throw tv::reports::ReportError(QStringLiteral("No se encuentra la plantilla del informe: x"));
-    });
     frm.btnImprimirClick();
-    ASSERT_EQ(dialogs.log().size(), 1);
-    EXPECT_EQ(dialogs.log().first().kind, ScriptedDialogs::Kind::Error);
-    EXPECT_EQ(dialogs.log().first().text, QStringLiteral("No se encuentra la plantilla del informe: x"));
+    ASSERT_EQ(services.calls().size(), 1);
+    EXPECT_EQ(services.calls().first().kind, ScriptedServices::Kind::Print);
+    EXPECT_TRUE(dialogs.log().isEmpty());
 }
 
 TEST(Financiacion, TemplateRendersTheWholeTable)

@@ -10,6 +10,7 @@
 #include "fbenvironment.h"
 #include "query.h"
 #include "scripteddialogs.h"
+#include "scriptedservices.h"
 
 #include <QApplication>
 #include <QDir>
@@ -97,5 +98,8 @@ int main(int argc, char** argv)
     // No test may show a message it did not script.
     static tv::test::FailingDialogs failing;
     tv::ui::Dialogs::install(&failing);
+    // Nor open a file dialog, a printer or a spreadsheet it did not script.
+    static tv::test::FailingServices noServices;
+    tv::ui::Services::install(&noServices);
     return RUN_ALL_TESTS();
 }
