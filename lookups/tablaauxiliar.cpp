@@ -1,6 +1,6 @@
 #include "tablaauxiliar.h"
 
-#include "datasetmodel.h"
+#include "datagrid.h"
 #include "dialogs.h"
 #include "dm.h"
 #include "ownership.h"
@@ -8,11 +8,8 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QGridLayout>
-#include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QLabel>
 #include <QTabWidget>
-#include <QTableView>
 #include <QVBoxLayout>
 
 namespace tv::lookups {
@@ -20,24 +17,6 @@ namespace tv::lookups {
 namespace {
 
 const QString kSinPrivilegios = QStringLiteral("No tiene privilegios para acceder a esta pantalla");
-
-ui::ColumnFormat formatOf(ui::ColumnKind k)
-{
-    switch (k) {
-    case ui::ColumnKind::Integer:
-        return ui::ColumnFormat::Integer;
-    case ui::ColumnKind::Number:
-        return ui::ColumnFormat::Number;
-    case ui::ColumnKind::Money:
-        return ui::ColumnFormat::Money;
-    case ui::ColumnKind::Date:
-        return ui::ColumnFormat::Date;
-    case ui::ColumnKind::Flag:
-        return ui::ColumnFormat::Flag;
-    default:
-        return ui::ColumnFormat::Auto;
-    }
-}
 
 } // namespace
 
@@ -99,31 +78,10 @@ TablaAuxiliar::TablaAuxiliar(Tdm& data, const TablaDef& def, QWidget* parent)
         connect(mDs.get(), &DataSet::stateChanged, mPadre, [this] { mPadre->setEnabled(!mDs->isEditing()); });
     }
 
-    mGrid = new QTableView(body());
+    mGrid = new ui::DataGrid(mDs.get(), def.columnas, def.clase, body());
     mGrid->setObjectName(QStringLiteral("rejilla"));
-    mModel = new ui::DataSetModel(mDs.get(), mGrid);
-    QList<ui::DataSetModel::Column> shown;
-    for (const ui::Column& c : def.columnas)
-        if (c.inGrid && c.kind != ui::ColumnKind::Lookup)
-            shown.append({c.column, c.caption, formatOf(c.kind)});
-    mModel->setColumns(shown);
-    mGrid->setModel(mModel);
-    mGrid->setSelectionBehavior(QAbstractItemView::SelectRows);
-    mGrid->setSelectionMode(QAbstractItemView::SingleSelection);
-    mGrid->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    mGrid->verticalHeader()->hide();
-    mGrid->horizontalHeader()->setStretchLastSection(true);
-    mGrid->setAlternatingRowColors(true);
+    mGrid->setSheetName(def.titulo);
     layout->addWidget(mGrid, 1);
-    // The list and the record move together.
-    connect(mGrid->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex& i) {
-        if (i.isValid() && !mDs->isEditing() && mDs->recNo() != i.row())
-            mDs->moveTo(i.row());
-    });
-    connect(mDs.get(), &DataSet::currentChanged, mGrid, [this](int row) {
-        if (row >= 0 && row < mModel->rowCount() && mGrid->currentIndex().row() != row)
-            mGrid->setCurrentIndex(mModel->index(row, 0));
-    });
 
     // The record's boxes, on pages when some columns ask for one.
     ui::Columns first;
@@ -161,8 +119,6 @@ TablaAuxiliar::TablaAuxiliar(Tdm& data, const TablaDef& def, QWidget* parent)
     }
     if (QWidget* key = controlFor(QStringLiteral("CODIGO")))
         key->setEnabled(false); // drawn by the database, never typed
-    if (mDs->recordCount() > 0)
-        mGrid->setCurrentIndex(mModel->index(mDs->recNo() < 0 ? 0 : mDs->recNo(), 0));
     resize(560, 460);
     updateActions();
 }

@@ -9,14 +9,13 @@
 #include <memory>
 
 class QComboBox;
-class QTableView;
 
 namespace tv {
 class Tdm;
 }
 
 namespace tv::ui {
-class DataSetModel;
+class DataGrid;
 }
 
 namespace tv::lookups {
@@ -55,7 +54,7 @@ public:
     ~TablaAuxiliar() override;
 
     const TablaDef& definicion() const { return mDef; }
-    QTableView* rejilla() const { return mGrid; }
+    ui::DataGrid* rejilla() const { return mGrid; }
     // Zones: the chosen municipality (its official code; invalid when none).
     QComboBox* cajaPadre() const { return mPadre; }
     QVariant padre() const;
@@ -75,8 +74,7 @@ private:
     Tdm& mData;
     TablaDef mDef;
     std::unique_ptr<DataSet> mDs;
-    ui::DataSetModel* mModel = nullptr;
-    QTableView* mGrid = nullptr;
+    ui::DataGrid* mGrid = nullptr;
     QComboBox* mPadre = nullptr;
 };
 

@@ -1,5 +1,7 @@
 #include "datagrid.h"
 
+#include "lookupcatalogue.h"
+
 #include "appstate.h"
 #include "dataset.h"
 #include "dialogs.h"
@@ -310,6 +312,13 @@ DataGrid::DataGrid(DataSet* ds, const Columns& columns, const QString& screenKey
                              c.insertOnly});
     }
     mModel->setColumns(modelColumns);
+    // Named lookups show their catalogue's description; a select given as
+    // the lookup (or a screen's own describer) is the screen's business.
+    mModel->setDescriber([db = &ds->database(), tr = &ds->transaction()](const QString& lookup, const QVariant& code) {
+        if (!lookups().definition(lookup))
+            return code.isValid() && !code.isNull() ? code.toString().trimmed() : QString();
+        return lookups().description(*db, *tr, lookup, code);
+    });
     setModel(mModel);
     // The view's own selection model gives way to the one that follows the data set.
     QItemSelectionModel* own = selectionModel();

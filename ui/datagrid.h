@@ -54,7 +54,8 @@ public:
     // The model column showing a field (-1 when not in the grid).
     int columnOf(const QString& field) const;
 
-    // How Lookup columns get their descriptions (default: the code).
+    // How Lookup columns get their descriptions (default: the named
+    // catalogue of lookupcatalogue.h, or the code when the name is unknown).
     void setDescriber(DataSetModel::Describer describer);
     // Every Flag column, or one, may be checked by the user.
     void setEditableFlags(bool editable);

@@ -10,7 +10,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QTableView>
+#include "datagrid.h"
 #include <gtest/gtest.h>
 
 using namespace tv;
@@ -60,6 +60,14 @@ TEST(TablasAuxiliares, TwelveMembersEachWithItsTableKeySourceAndCommand)
     EXPECT_EQ(def("TfrmTiposVisitas").tabla, QStringLiteral("TIPOS_VISITAS"));
     EXPECT_TRUE(def("TfrmIva").procedimiento.isEmpty());
     EXPECT_EQ(def("TfrmIva").generador, QStringLiteral("GEN_IVA"));
+    // The delete checks' statements as the database receives them.
+    EXPECT_EQ(def("TfrmTipoInmuebles").sqlBorrado,
+              QStringLiteral(" SELECT COUNT(*) FROM INMUEBLES WHERE CODTIPOINMUEBLE =:CODTIPOINMUEBLE"));
+    EXPECT_EQ(def("TfrmTipoFamilia").sqlBorrado,
+              QStringLiteral(" SELECT COUNT(*) FROM TIPOINMUEBLE WHERE CODFAMILIA=:CODFAMILIA "));
+    for (const TablaDef& d : lookups::tablasAuxiliares())
+        if (d.clase != QLatin1String("TfrmTipoInmuebles") && d.clase != QLatin1String("TfrmTipoFamilia"))
+            EXPECT_TRUE(d.sqlBorrado.isEmpty()) << d.clase.toStdString();
 
     ui::commands().clear();
     lookups::registrarComandos();
