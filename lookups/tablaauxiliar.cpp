@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -81,6 +82,7 @@ TablaAuxiliar::TablaAuxiliar(Tdm& data, const TablaDef& def, QWidget* parent)
     mGrid = new ui::DataGrid(mDs.get(), def.columnas, def.clase, body());
     mGrid->setObjectName(QStringLiteral("rejilla"));
     mGrid->setSheetName(def.titulo);
+    mGrid->horizontalHeader()->setStretchLastSection(true);
     layout->addWidget(mGrid, 1);
 
     // The record's boxes, on pages when some columns ask for one.
