@@ -2,6 +2,8 @@
 
 #include "commands.h"
 #include "dm.h"
+#include "frmbancos.h"
+#include "frmmunicipio.h"
 #include "lookupcatalogue.h"
 #include "tablaauxiliar.h"
 
@@ -23,6 +25,8 @@ void registrarComandos()
             c.allowed = [](QWidget* parent) { return puedeAbrirPantallaDeAdministrador(*dm, parent); };
         ui::commands().add(c);
     }
+    registrarMunicipios();
+    registrarBancos();
 }
 
 } // namespace tv::lookups
