@@ -3,6 +3,8 @@
 #include "commands.h"
 #include "dm.h"
 #include "frmbancos.h"
+#include "frmconfigura.h"
+#include "frmempresa.h"
 #include "frmmunicipio.h"
 #include "lookupcatalogue.h"
 #include "tablaauxiliar.h"
@@ -25,6 +27,8 @@ void registrarComandos()
             c.allowed = [](QWidget* parent) { return puedeAbrirPantallaDeAdministrador(*dm, parent); };
         ui::commands().add(c);
     }
+    registrarEmpresa();
+    registrarConfiguracion();
     registrarMunicipios();
     registrarBancos();
 }

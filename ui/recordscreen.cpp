@@ -297,6 +297,11 @@ QString RecordScreen::textoConfirmarBorrado() const
     return kConfirmarBorrar;
 }
 
+QString RecordScreen::textoConfirmarGrabado() const
+{
+    return kConfirmarGrabar;
+}
+
 // ------------------------------------------------------------------ actions
 
 bool RecordScreen::applyAndCommit()
@@ -368,7 +373,7 @@ bool RecordScreen::grabar()
         return false;
     if (mDs->isEditing() && !validar())
         return false;
-    if (!dialogs().confirmation(kConfirmarGrabar, this))
+    if (!dialogs().confirmation(textoConfirmarGrabado(), this))
         return false;
     try {
         mDs->post();

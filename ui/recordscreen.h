@@ -131,6 +131,8 @@ protected:
     // A screen's own check before deleting; false refuses (after its message).
     virtual bool puedeBorrar() { return true; }
     virtual QString textoConfirmarBorrado() const;
+    // The question before saving (some screens keep a wording of their own).
+    virtual QString textoConfirmarGrabado() const;
     // Where the cursor goes after Nuevo (the first bound control by default).
     virtual QWidget* primerCampo() const;
     virtual void onBuscar() {}
