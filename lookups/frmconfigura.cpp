@@ -16,7 +16,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace tv::lookups {
@@ -90,27 +89,6 @@ QString notaDe(const QString& pagina)
     return {};
 }
 
-// Only save, cancel and exit show: the separators of the hidden groups
-// would pile up between them.
-void ocultarSeparadoresSobrantes(QToolBar* barra)
-{
-    bool botonAntes = false;
-    QAction* pendiente = nullptr;
-    for (QAction* a : barra->actions()) {
-        if (a->isSeparator()) {
-            a->setVisible(false);
-            if (botonAntes)
-                pendiente = a;
-            botonAntes = false;
-        } else if (a->isVisible()) {
-            if (pendiente)
-                pendiente->setVisible(true);
-            pendiente = nullptr;
-            botonAntes = true;
-        }
-    }
-}
-
 bool esClave(const QString& campo)
 {
     return campo == QLatin1String("FTP_PASSWORD") || campo == QLatin1String("SERVIDOR_PASSWORD") ||
@@ -149,7 +127,6 @@ TfrmConfigura::TfrmConfigura(Tdm& datos, QWidget* parent)
         mPaginas->addTab(pagina(titulo), titulo);
     resize(640, 430);
     updateActions();
-    ocultarSeparadoresSobrantes(toolBar());
 }
 
 TfrmConfigura::~TfrmConfigura() = default;

@@ -22,7 +22,6 @@
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 #include <QTabWidget>
-#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace tv::lookups {
@@ -113,27 +112,6 @@ void ajustarAncho(QLineEdit* edit, QGridLayout* grid, int hasta)
     grid->setAlignment(edit, Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-// Only save, cancel and exit show: the separators of the hidden groups
-// would pile up between them.
-void ocultarSeparadoresSobrantes(QToolBar* barra)
-{
-    bool botonAntes = false;
-    QAction* pendiente = nullptr;
-    for (QAction* a : barra->actions()) {
-        if (a->isSeparator()) {
-            a->setVisible(false);
-            if (botonAntes)
-                pendiente = a;
-            botonAntes = false;
-        } else if (a->isVisible()) {
-            if (pendiente)
-                pendiente->setVisible(true);
-            pendiente = nullptr;
-            botonAntes = true;
-        }
-    }
-}
-
 // A column of the current row, without its padding (empty without a row).
 QString recortado(DataSet& ds, const char* campo)
 {
@@ -167,7 +145,6 @@ TfrmEmpresa::TfrmEmpresa(Tdm& datos, QWidget* parent)
     construirPaginas();
     connect(this, &RecordScreen::saved, this, &TfrmEmpresa::actualizarEstadoGlobal);
     updateActions();
-    ocultarSeparadoresSobrantes(toolBar());
 }
 
 TfrmEmpresa::~TfrmEmpresa() = default;

@@ -160,6 +160,22 @@ void RecordScreen::updateActions()
         it.value()->setVisible(supported.testFlag(it.key()));
         it.value()->setEnabled(isActionEnabled(it.key()));
     }
+    // A separator shows only between two groups that both show something.
+    bool buttonBefore = false;
+    QAction* waiting = nullptr;
+    for (QAction* a : mToolBar->actions()) {
+        if (a->isSeparator()) {
+            a->setVisible(false);
+            if (buttonBefore)
+                waiting = a;
+            buttonBefore = false;
+        } else if (a->isVisible()) {
+            if (waiting)
+                waiting->setVisible(true);
+            waiting = nullptr;
+            buttonBefore = true;
+        }
+    }
 }
 
 void RecordScreen::showEvent(QShowEvent* event)
