@@ -3,6 +3,7 @@
 #include "commands.h"
 #include "dm.h"
 #include "frmbancos.h"
+#include "frmagentes.h"
 #include "frmconfigura.h"
 #include "frmempresa.h"
 #include "frmmunicipio.h"
@@ -31,6 +32,7 @@ void registrarComandos()
     registrarConfiguracion();
     registrarMunicipios();
     registrarBancos();
+    registrarAgentes();
 }
 
 } // namespace tv::lookups
