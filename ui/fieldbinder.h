@@ -23,6 +23,8 @@ public:
     ~FieldBinder() override;
 
     DataSet& dataSet() const { return *mDs; }
+    // False once the data set is gone (a screen being torn down).
+    bool hasDataSet() const { return !mDs.isNull(); }
     QString fieldName() const { return mField; }
     QWidget* control() const { return mControl; }
 

@@ -88,6 +88,8 @@ void FormBuilder::applyColumnRules(FieldBinder* b, const Column& spec)
             // On leaving the box: the normalised value replaces what was typed,
             // only while the record is being edited (browsing never writes).
             QObject::connect(edit, &QLineEdit::editingFinished, b, [b, edit, normaliser = spec.normaliser] {
+                if (!b->hasDataSet())
+                    return;
                 DataSet& ds = b->dataSet();
                 if (!ds.isEditing())
                     return;
@@ -103,6 +105,8 @@ void FormBuilder::applyColumnRules(FieldBinder* b, const Column& spec)
     if (spec.insertOnly) {
         // Keys and other columns fixed once the row exists.
         auto follow = [b] {
+            if (!b->hasDataSet())
+                return;
             if (QWidget* w = b->control())
                 w->setEnabled(b->dataSet().state() == DataSet::State::Insert);
         };

@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QLineEdit>
 #include <QShowEvent>
 #include <QStackedWidget>
 #include <QTabWidget>
@@ -387,6 +388,10 @@ bool RecordScreen::grabar()
 {
     if (!isActionEnabled(Action::Grabar))
         return false;
+    // F3 and the toolbar never leave the box being typed in: what leaving it
+    // does (a normalised NIF, a padded code) must happen before the checks.
+    if (auto* edit = qobject_cast<QLineEdit*>(focusWidget()))
+        Q_EMIT edit->editingFinished();
     if (mDs->isEditing() && !validar())
         return false;
     if (!dialogs().confirmation(textoConfirmarGrabado(), this))
