@@ -1,6 +1,7 @@
 #include "frmaltabancos.h"
 
 #include "dialogs.h"
+#include "recordscreen.h"
 #include "dm.h"
 #include "fieldbinder.h"
 #include "formbuilder.h"
@@ -190,15 +191,8 @@ bool TfrmAltaBancos::aceptar()
 
 void TfrmAltaBancos::cancelar()
 {
-    try {
-        if (mDs.isEditing())
-            mDs.cancel();
-        if (mDs.updatesPending())
-            mDs.cancelUpdates();
-    } catch (const Abort&) {
-        return;
-    }
-    QDialog::reject();
+    if (ui::discardChanges(mDs))
+        QDialog::reject();
 }
 
 void TfrmAltaBancos::reject()

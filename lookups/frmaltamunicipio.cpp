@@ -1,6 +1,7 @@
 #include "frmaltamunicipio.h"
 
 #include "dialogs.h"
+#include "recordscreen.h"
 #include "dm.h"
 #include "fieldbinder.h"
 #include "formbuilder.h"
@@ -210,15 +211,8 @@ bool TfrmAltaMunicipio::aceptar()
 
 void TfrmAltaMunicipio::cancelar()
 {
-    try {
-        if (mDs.isEditing())
-            mDs.cancel();
-        if (mDs.updatesPending())
-            mDs.cancelUpdates();
-    } catch (const Abort&) {
-        return;
-    }
-    QDialog::reject();
+    if (ui::discardChanges(mDs))
+        QDialog::reject();
 }
 
 void TfrmAltaMunicipio::reject()

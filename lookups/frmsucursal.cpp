@@ -1,6 +1,7 @@
 #include "frmsucursal.h"
 
 #include "dialogs.h"
+#include "recordscreen.h"
 #include "dataset.h"
 #include "dm.h"
 #include "formbuilder.h"
@@ -151,15 +152,8 @@ bool TfrmSucursal::aceptar()
 
 void TfrmSucursal::cancelar()
 {
-    try {
-        if (mDs.isEditing())
-            mDs.cancel();
-        if (mDs.updatesPending())
-            mDs.cancelUpdates();
-    } catch (const Abort&) {
-        return;
-    }
-    QDialog::reject();
+    if (ui::discardChanges(mDs))
+        QDialog::reject();
 }
 
 void TfrmSucursal::reject()

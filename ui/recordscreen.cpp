@@ -46,6 +46,19 @@ void revealPageOf(QWidget* w)
 
 } // namespace
 
+bool discardChanges(DataSet& ds)
+{
+    try {
+        if (ds.isEditing())
+            ds.cancel();
+        if (ds.updatesPending())
+            ds.cancelUpdates();
+    } catch (const Abort&) {
+        return false;
+    }
+    return true;
+}
+
 RecordScreen::RecordScreen(QWidget* parent) : QDialog(parent)
 {
     auto* layout = new QVBoxLayout(this);
@@ -417,14 +430,8 @@ bool RecordScreen::cancelar()
         return false;
     if (!dialogs().confirmation(kConfirmarCancelar, this))
         return false;
-    try {
-        if (mDs->isEditing())
-            mDs->cancel();
-        if (mDs->updatesPending())
-            mDs->cancelUpdates();
-    } catch (const Abort&) {
+    if (!discardChanges(*mDs))
         return false;
-    }
     updateActions();
     return true;
 }

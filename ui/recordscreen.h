@@ -25,6 +25,10 @@ namespace tv::ui {
 
 class FieldBinder;
 
+// Drops the edit in course and every pending change of a data set; false
+// when a hook refused (tv::Abort) and the data set stands as before.
+bool discardChanges(DataSet& ds);
+
 // The common record screen: one DataSet shown through bound controls, and
 // the standard toolbar Nuevo, Borrar, Grabar, Cancelar, previous, next,
 // Buscar, Imprimir, Salir (keys F2 new, F3 save, F5 cancel).
