@@ -8,6 +8,7 @@
 #include "gridsettings.h"
 #include "icons.h"
 #include "query.h"
+#include "selectorder.h"
 #include "selectparts.h"
 #include "services.h"
 
@@ -30,107 +31,6 @@
 namespace tv::ui {
 
 namespace {
-
-// ---- The ORDER BY of a select, found in its text -------------------------
-
-struct SqlWord {
-    QString upper;
-    int start;
-    int end;
-};
-
-// Words at parenthesis depth 0, outside literals and comments.
-std::vector<SqlWord> topLevelWords(const QString& sql)
-{
-    std::vector<SqlWord> words;
-    const int n = int(sql.size());
-    int depth = 0;
-    int i = 0;
-    while (i < n) {
-        const QChar c = sql[i];
-        if (const int end = skipLiteralOrComment(sql, i); end > i) {
-            i = end;
-        } else if (c == QLatin1Char('(')) {
-            ++depth;
-            ++i;
-        } else if (c == QLatin1Char(')')) {
-            --depth;
-            ++i;
-        } else if (c.isLetter() || c == QLatin1Char('_')) {
-            int j = i + 1;
-            while (j < n && (sql[j].isLetterOrNumber() || sql[j] == QLatin1Char('_') || sql[j] == QLatin1Char('$') ||
-                             sql[j] == QLatin1Char('.')))
-                ++j;
-            if (depth == 0)
-                words.push_back({sql.mid(i, j - i).toUpper(), i, j});
-            i = j;
-        } else {
-            ++i;
-        }
-    }
-    return words;
-}
-
-// Where a select's ordering sits: "ORDER" at orderStart (-1 when none), its
-// terms from termsStart, and what follows them (ROWS, FOR UPDATE...) from tailStart.
-struct OrderSpan {
-    int orderStart = -1;
-    int termsStart = -1;
-    int tailStart = -1;
-};
-
-OrderSpan findOrder(const QString& sql)
-{
-    static const QStringList tailWords = {QStringLiteral("ROWS"), QStringLiteral("OFFSET"), QStringLiteral("FETCH"),
-                                          QStringLiteral("FOR"), QStringLiteral("WITH")};
-    const std::vector<SqlWord> words = topLevelWords(sql);
-    OrderSpan span;
-    size_t searchFrom = 0;
-    for (size_t k = 0; k < words.size(); ++k) {
-        if (words[k].upper == QLatin1String("FROM"))
-            searchFrom = k + 1;
-        if (words[k].upper == QLatin1String("ORDER") && k + 1 < words.size() && words[k + 1].upper == QLatin1String("BY")) {
-            span.orderStart = words[k].start;
-            span.termsStart = words[k + 1].end;
-            searchFrom = k + 2;
-        }
-    }
-    span.tailStart = int(sql.size());
-    for (size_t k = searchFrom; k < words.size(); ++k) {
-        if (tailWords.contains(words[k].upper)) {
-            span.tailStart = words[k].start;
-            break;
-        }
-    }
-    return span;
-}
-
-// True when the text's last characters are a "--" comment with no line end.
-bool endsInLineComment(const QString& sql)
-{
-    const int n = int(sql.size());
-    int i = 0;
-    bool inComment = false;
-    while (i < n) {
-        const int end = skipLiteralOrComment(sql, i);
-        if (end > i) {
-            inComment = sql.mid(i, 2) == QLatin1String("--") && end >= n && !sql.endsWith(QLatin1Char('\n'));
-            i = end;
-        } else {
-            inComment = false;
-            ++i;
-        }
-    }
-    return inComment;
-}
-
-QString withoutTrailingSemicolon(const QString& sql)
-{
-    QString s = sql.trimmed();
-    while (s.endsWith(QLatin1Char(';')))
-        s = s.left(s.size() - 1).trimmed();
-    return s;
-}
 
 ColumnFormat formatOf(ColumnKind kind)
 {
@@ -167,21 +67,6 @@ public:
     ~WaitCursor() { QApplication::restoreOverrideCursor(); }
     WaitCursor(const WaitCursor&) = delete;
     WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
-// The grid's visible columns, for the export: what the user hid is not exported.
-class VisibleColumns : public QSortFilterProxyModel {
-public:
-    explicit VisibleColumns(const DataGrid* grid) : mGrid(grid) { setSourceModel(grid->model()); }
-
-protected:
-    bool filterAcceptsColumn(int sourceColumn, const QModelIndex&) const override
-    {
-        return mGrid->isColumnVisible(sourceColumn);
-    }
-
-private:
-    const DataGrid* mGrid;
 };
 
 // Flags as a check box in the middle of the cell; a click on an editable one
@@ -246,24 +131,6 @@ private:
 };
 
 } // namespace
-
-QString selectOrderedBy(const QString& sql, const QString& orderBy)
-{
-    const QString s = withoutTrailingSemicolon(sql);
-    const OrderSpan span = findOrder(s);
-    const int headEnd = span.orderStart >= 0 ? span.orderStart : span.tailStart;
-    QString head = s.left(headEnd);
-    // Blanks go, line ends stay: a "--" comment must not swallow the ordering.
-    while (!head.isEmpty() && (head.back() == QLatin1Char(' ') || head.back() == QLatin1Char('\t')))
-        head.chop(1);
-    if (endsInLineComment(head))
-        head += QLatin1Char('\n');
-    QString out = head + QStringLiteral(" ORDER BY ") + orderBy.trimmed();
-    const QString tail = s.mid(span.tailStart).trimmed();
-    if (!tail.isEmpty())
-        out += QLatin1Char(' ') + tail;
-    return out;
-}
 
 // Keeps the grid's selection on the data set's current row: a new current
 // row is accepted only once the data set has moved there, and a selection
@@ -640,167 +507,6 @@ void DataGrid::detectSort()
             return;
         }
     }
-}
-
-// ---- Columns: widths, visibility ------------------------------------------
-
-int DataGrid::defaultWidth(int column) const
-{
-    const Column& c = mColumns.at(column);
-    const QFontMetrics fm(font());
-    const int digit = fm.horizontalAdvance(QLatin1Char('0'));
-    int chars = c.width;
-    if (chars <= 0) {
-        switch (c.kind) {
-        case ColumnKind::Integer:
-            chars = 8;
-            break;
-        case ColumnKind::Number:
-            chars = 12;
-            break;
-        case ColumnKind::Money:
-            chars = 14;
-            break;
-        case ColumnKind::Date:
-            chars = 10;
-            break;
-        case ColumnKind::Flag:
-        case ColumnKind::Picture:
-            chars = 2;
-            break;
-        case ColumnKind::Memo:
-        case ColumnKind::RichText:
-            chars = 40;
-            break;
-        case ColumnKind::Lookup:
-            chars = 24;
-            break;
-        case ColumnKind::Text: {
-            int size = c.maxLength;
-            const int f = mDs->fieldIndex(c.column);
-            if (size <= 0 && f >= 0)
-                size = mDs->fieldInfo(f).size;
-            chars = size > 0 ? std::clamp(size, 6, 32) : 20;
-            break;
-        }
-        }
-    }
-    // Room for the title and its sort arrow.
-    const int title = QFontMetrics(horizontalHeader()->font()).horizontalAdvance(c.caption) + 30;
-    return std::max(chars * digit + 12, title);
-}
-
-void DataGrid::applyLayout()
-{
-    QScopedValueRollback applying(mApplyingLayout, true);
-    for (int c = 0; c < mModel->columnCount(); ++c) {
-        const QString field = mColumns.at(c).column;
-        setColumnWidth(c, mSettings->width(field).value_or(defaultWidth(c)));
-        setColumnHidden(c, mSettings->hidden(field).value_or(false));
-    }
-    if (visibleCount() == 0 && mModel->columnCount() > 0)
-        setColumnHidden(0, false);
-}
-
-void DataGrid::onSectionResized(int section, int, int newSize)
-{
-    if (mApplyingLayout || newSize <= 0 || section < 0 || section >= mColumns.size() || isColumnHidden(section))
-        return;
-    mSettings->setWidth(mColumns.at(section).column, newSize);
-}
-
-int DataGrid::visibleCount() const
-{
-    int n = 0;
-    for (int c = 0; c < mModel->columnCount(); ++c)
-        if (!isColumnHidden(c))
-            ++n;
-    return n;
-}
-
-bool DataGrid::setColumnVisible(int column, bool visible)
-{
-    if (column < 0 || column >= mModel->columnCount())
-        return false;
-    if (!visible && !isColumnHidden(column) && visibleCount() <= 1)
-        return false;
-    setColumnHidden(column, !visible);
-    mSettings->setHidden(mColumns.at(column).column, !visible);
-    return true;
-}
-
-void DataGrid::fitColumnWidths()
-{
-    // A memo's first line may be a paragraph; no column wider than this.
-    const int widest = fontMetrics().horizontalAdvance(QLatin1Char('0')) * 50;
-    for (int c = 0; c < mModel->columnCount(); ++c) {
-        if (isColumnHidden(c))
-            continue;
-        resizeColumnToContents(c);
-        if (columnWidth(c) > widest)
-            setColumnWidth(c, widest);
-    }
-}
-
-void DataGrid::resetLayout()
-{
-    mSettings->clear();
-    applyLayout();
-}
-
-// ---- Menus and export ------------------------------------------------------
-
-QString DataGrid::sheetName() const
-{
-    if (!mSheetName.isEmpty())
-        return mSheetName;
-    const QString title = window() && window() != this ? window()->windowTitle() : QString();
-    return title.isEmpty() ? mScreenKey : title;
-}
-
-void DataGrid::exportToSpreadsheet()
-{
-    VisibleColumns visible(this);
-    services().exportGrid(visible, sheetName(), this);
-}
-
-QMenu* DataGrid::createHeaderMenu(QWidget* parent)
-{
-    auto* menu = new QMenu(parent);
-    menu->addSection(QStringLiteral("Columnas visibles"));
-    const bool lastOne = visibleCount() <= 1;
-    for (int c = 0; c < mModel->columnCount(); ++c) {
-        QAction* a = menu->addAction(mModel->headerData(c, Qt::Horizontal).toString());
-        a->setCheckable(true);
-        a->setChecked(!isColumnHidden(c));
-        a->setData(c);
-        // At least one column stays: its entry cannot be unchecked.
-        a->setEnabled(!(lastOne && !isColumnHidden(c)));
-        connect(a, &QAction::toggled, this, [this, c](bool on) { setColumnVisible(c, on); });
-    }
-    menu->addSeparator();
-    connect(menu->addAction(QStringLiteral("Ajustar anchos")), &QAction::triggered, this, &DataGrid::fitColumnWidths);
-    connect(menu->addAction(QStringLiteral("Restablecer columnas")), &QAction::triggered, this,
-            &DataGrid::resetLayout);
-    menu->addSeparator();
-    connect(menu->addAction(themeIcon(QStringLiteral("x-office-spreadsheet")), QStringLiteral("Exportar a Excel…")),
-            &QAction::triggered, this, &DataGrid::exportToSpreadsheet);
-    return menu;
-}
-
-QMenu* DataGrid::createContextMenu(QWidget* parent)
-{
-    auto* menu = new QMenu(parent);
-    connect(menu->addAction(themeIcon(QStringLiteral("x-office-spreadsheet")), QStringLiteral("Exportar a Excel…")),
-            &QAction::triggered, this, &DataGrid::exportToSpreadsheet);
-    return menu;
-}
-
-void DataGrid::contextMenuEvent(QContextMenuEvent* event)
-{
-    std::unique_ptr<QMenu> menu(createContextMenu(this));
-    menu->exec(event->globalPos());
-    event->accept();
 }
 
 } // namespace tv::ui
