@@ -1,3 +1,4 @@
+#include "comandos.h"
 #include "commands.h"
 #include "pendientes.h"
 #include "ribbon.h"
@@ -152,4 +153,27 @@ TEST(Ribbon, EveryButtonHasAnIconAndACommandThatIsHandledOrPending)
               QStringLiteral("La función «Inmuebles» todavía no está disponible en esta versión."));
     EXPECT_EQ(mensajePendiente(QStringLiteral("portal-kyero")),
               QStringLiteral("La función «Exportar los inmuebles a www.kyero.com» todavía no está disponible en esta versión."));
+}
+
+TEST(Ribbon, TheTablesAgentsAndSettingsAreNoLongerPending)
+{
+    tv::shell::registrarComandosDeLasPantallas();
+    const QStringList built = {
+        QStringLiteral("agentes"), QStringLiteral("tipos-familias"), QStringLiteral("tipos-inmuebles"),
+        QStringLiteral("tipos-operaciones"), QStringLiteral("tipos-estados"), QStringLiteral("tipos-zonas"),
+        QStringLiteral("origenes-publicitarios"), QStringLiteral("tipos-gastos"), QStringLiteral("tipos-gestiones"),
+        QStringLiteral("tipos-perfiles"), QStringLiteral("departamentos"), QStringLiteral("configurar-empresa"),
+        QStringLiteral("bancos"), QStringLiteral("tipos-iva"), QStringLiteral("municipios"),
+        QStringLiteral("tipos-citas"), QStringLiteral("configurar-aplicacion"),
+        QStringLiteral("calculadora-hipotecaria"), QStringLiteral("cuadro-financiacion")};
+    for (const QString& c : built) {
+        EXPECT_TRUE(tv::ui::commands().contains(c)) << c.toStdString();
+        EXPECT_FALSE(esPendiente(c)) << c.toStdString();
+        EXPECT_FALSE(comandosPendientes().contains(c)) << c.toStdString();
+    }
+    for (const QString& c : {QStringLiteral("inmuebles"), QStringLiteral("configurar-agenda"),
+                             QStringLiteral("historico-agenda"), QStringLiteral("escanear")})
+        EXPECT_TRUE(esPendiente(c)) << c.toStdString();
+    EXPECT_FALSE(esPendiente(QStringLiteral("salir")));
+    EXPECT_FALSE(esPendiente(QStringLiteral("no-existe")));
 }
