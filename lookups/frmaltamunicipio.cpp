@@ -1,5 +1,6 @@
 #include "frmaltamunicipio.h"
 
+#include "botonesdialogo.h"
 #include "dialogs.h"
 #include "recordscreen.h"
 #include "dm.h"
@@ -128,22 +129,12 @@ TfrmAltaMunicipio::TfrmAltaMunicipio(Tdm& datos, DataSet& municipios, QWidget* p
     mMunicipio->setMinimumWidth(mMunicipio->fontMetrics().horizontalAdvance(QLatin1Char('M')) * 28);
     layout->addStretch(1);
 
-    auto* botones = new QHBoxLayout;
     mCodigosIne = new QPushButton(ui::themeIcon(QStringLiteral("help-browser")), QStringLiteral("Códigos INE"), this);
     mCodigosIne->setObjectName(QStringLiteral("btnCodigosIne"));
     mCodigosIne->setToolTip(QStringLiteral("Abre la relación oficial de códigos de municipios del INE"));
-    mAceptar = new QPushButton(ui::themeIcon(QStringLiteral("dialog-ok")), QStringLiteral("Aceptar"), this);
-    mAceptar->setObjectName(QStringLiteral("btnAceptar"));
-    mCancelar = new QPushButton(ui::themeIcon(QStringLiteral("dialog-cancel")), QStringLiteral("Cancelar"), this);
-    mCancelar->setObjectName(QStringLiteral("btnCancelar"));
-    mCodigosIne->setAutoDefault(false);
-    mCancelar->setAutoDefault(false);
-    mAceptar->setDefault(true);
-    botones->addWidget(mCodigosIne);
-    botones->addStretch(1);
-    botones->addWidget(mAceptar);
-    botones->addWidget(mCancelar);
-    layout->addLayout(botones);
+    const ui::BotonesDialogo botones = ui::botonesAceptarCancelar(this, layout, mCodigosIne);
+    mAceptar = botones.aceptar;
+    mCancelar = botones.cancelar;
 
     connect(mAceptar, &QPushButton::clicked, this, &TfrmAltaMunicipio::aceptar);
     connect(mCancelar, &QPushButton::clicked, this, &TfrmAltaMunicipio::cancelar);

@@ -1,5 +1,6 @@
 #include "frmsucursal.h"
 
+#include "botonesdialogo.h"
 #include "dialogs.h"
 #include "recordscreen.h"
 #include "dataset.h"
@@ -100,17 +101,9 @@ TfrmSucursal::TfrmSucursal(Tdm& datos, DataSet& sucursales, bool nuevo, const QS
     mNombre->setMinimumWidth(cifra * 22);
     layout->addStretch(1);
 
-    auto* botones = new QHBoxLayout;
-    mAceptar = new QPushButton(ui::themeIcon(QStringLiteral("dialog-ok")), QStringLiteral("Aceptar"), this);
-    mAceptar->setObjectName(QStringLiteral("btnAceptar"));
-    mCancelar = new QPushButton(ui::themeIcon(QStringLiteral("dialog-cancel")), QStringLiteral("Cancelar"), this);
-    mCancelar->setObjectName(QStringLiteral("btnCancelar"));
-    mCancelar->setAutoDefault(false);
-    mAceptar->setDefault(true);
-    botones->addStretch(1);
-    botones->addWidget(mAceptar);
-    botones->addWidget(mCancelar);
-    layout->addLayout(botones);
+    const ui::BotonesDialogo botones = ui::botonesAceptarCancelar(this, layout);
+    mAceptar = botones.aceptar;
+    mCancelar = botones.cancelar;
 
     connect(mAceptar, &QPushButton::clicked, this, &TfrmSucursal::aceptar);
     connect(mCancelar, &QPushButton::clicked, this, &TfrmSucursal::cancelar);
