@@ -4,6 +4,7 @@ tv_packages=(
     g++ cmake make pkg-config
     firebird3.0-server firebird3.0-utils firebird-dev
     qt6-base-dev qt6-charts-dev libqt6svg6 qt6-image-formats-plugins
+    qt6-webengine-dev libjs-leaflet ccache
     libkainjow-mustache-dev libxlsxwriter-dev libcli11-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libcurl4-openssl-dev libical-dev

@@ -2,6 +2,7 @@
 
 #include "finance.h"
 #include "lookups.h"
+#include "register.h"
 
 namespace tv::shell {
 
@@ -9,6 +10,7 @@ void registrarComandosDeLasPantallas()
 {
     finance::registrarComandos();
     lookups::registrarComandos();
+    registro::registrarComandos();
 }
 
 } // namespace tv::shell

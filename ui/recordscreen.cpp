@@ -334,10 +334,15 @@ QString RecordScreen::textoConfirmarGrabado() const
 
 // ------------------------------------------------------------------ actions
 
+void RecordScreen::aplicarCambios()
+{
+    mDs->applyUpdates();
+}
+
 bool RecordScreen::applyAndCommit()
 {
     try {
-        mDs->applyUpdates();
+        aplicarCambios();
         // Every screen's data set runs on the shared transaction (dm->Transacion).
         mDs->transaction().commitRetaining();
         if (!mDs->table().isEmpty())

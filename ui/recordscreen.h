@@ -141,6 +141,11 @@ protected:
     virtual QWidget* primerCampo() const;
     virtual void onBuscar() {}
     virtual void onImprimir() {}
+    // Stores the pending changes inside the shared transaction, before it is
+    // committed: the data set's cached updates by default; a screen whose
+    // record has parts in other tables or databases stores them here too, so
+    // one save lands whole or not at all.
+    virtual void aplicarCambios();
 
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;

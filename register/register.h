@@ -1,0 +1,8 @@
+#pragma once
+
+namespace tv::registro {
+
+// Adds the registers' screens to the program's command table.
+void registrarComandos();
+
+} // namespace tv::registro
