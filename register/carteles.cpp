@@ -344,7 +344,8 @@ private:
 // active ones.
 QString consultaCartel(const QString& condicion)
 {
-    return QStringLiteral("SELECT CODIGO, CODTIPOINMUEBLE, ") + columnasCartel().join(QStringLiteral(", ")) +
+    return QStringLiteral("SELECT CODIGO, CODTIPOINMUEBLE, CARTELES_INFORMACION, ") +
+           columnasCartel().join(QStringLiteral(", ")) +
            QStringLiteral(" FROM INMUEBLES WHERE ") + condicion;
 }
 
@@ -507,11 +508,18 @@ int generarCarteles(Tdm& dm, const ProgresoCarteles& progreso)
     const ValorColumna valor = std::cref(fila);
     const int iCodigo = q.fieldIndex(QStringLiteral("CODIGO"));
     const int iTipo = q.fieldIndex(QStringLiteral("CODTIPOINMUEBLE"));
+    const int iTexto = q.fieldIndex(QStringLiteral("CARTELES_INFORMACION"));
     int hechos = 0;
     for (; !q.eof(); q.next()) {
-        informacion.setAsString(textoCartel(familias.plantilla(q.field(iTipo).value()), valor));
-        codigo.setAsString(q.field(iCodigo).asString());
-        guardar.exec();
+        const QString texto = textoCartel(familias.plantilla(q.field(iTipo).value()), valor);
+        // Rewriting an unchanged text would only leave a record version
+        // behind for every property, to be collected on the next pass.
+        const Field anterior = q.field(iTexto);
+        if (anterior.isNull() || anterior.asString() != texto) {
+            informacion.setAsString(texto);
+            codigo.setAsString(q.field(iCodigo).asString());
+            guardar.exec();
+        }
         ++hechos;
         if (hechos % paso == 0 && !seguir(hechos))
             return 0;

@@ -56,7 +56,7 @@ namespace tv::registro {
 inline const char* const kSqlFamiliaTipo = "SELECT CODFAMILIA,DESCRIPCION FROM TIPOINMUEBLE WHERE CODIGO =:CODIGO ";
 inline const char* const kSqlPlantillaFamilia = "SELECT CODPLANTILLA FROM FAMILIA WHERE CODIGO =:CODIGO";
 inline const char* const kSqlGuardarCartel =
-    " UPDATE INMUEBLES SET CARTELES_INFORMACION=:INFORMACION WHERE CODIGO=:CODIGO";
+    " UPDATE INMUEBLES SET CARTELES_INFORMACION=:INFORMACION WHERE CODIGO=:CODIGO ";
 inline const char* const kSqlLeerRusos =
     " select CARTELES_INFORMARUS,CARTELES_CABECERARUS,CARTELES_PIERUS from inmuebles i where codigo =:codigo ";
 inline const char* const kSqlGuardarRusos =

@@ -88,7 +88,7 @@ const Marca kCaracteristicas[] = {
     {"CSALIDAHUMOS", "SSALIDAHUMOS", "Salida de humos"},
     {"CSEPUEDEVISITAR", "SSEPUEDEVISITAR", "Se puede visitar"},
     {"CSEGURIDAD", "SSEGURIDAD", "Seguridad"},
-    {"CSISTEMAANT", "SSISTEMAANT", "Sistema antiincendios"},
+    {"CSISTEMAANT", nullptr, "Sistema antiincendios"},
     {"CSISTEMASEGURIDA", "SSISTEMASEGURIDA", "Sistema de seguridad"},
     {"CSOLEADO", "SSOLEADO", "Soleado"},
     {"CSUBTERRANEO", "SSUBTERRANEO", "Subterráneo"},
@@ -136,7 +136,7 @@ QList<GrupoInmueble> definir()
     ui::Column zona = col("CODTIPOZONA", "Zona", K::Lookup, "zonas");
     zona.inGrid = true;
     zona.width = 12;
-    g.append(grupo(kPaginaGeneral, "Situación", 4,
+    g.append(grupo(kPaginaGeneral, "Situación", 2,
                    {col("TIPOVIA", "Tipo de vía"), via, col("NUMERO", "Número"), col("BLOQUE", "Bloque"),
                     col("ESCALERA", "Escalera"), col("PLANTA", "Planta"), col("PUERTA", "Puerta"),
                     col("CP", "Código postal"), municipio, col("PROVINCIA", "Provincia"), zona,
@@ -149,14 +149,14 @@ QList<GrupoInmueble> definir()
     propietario.searchable = false;
     ui::Column propietario2 = col("CODPROPIETARIO2", "Segundo propietario", K::Integer);
     propietario2.searchable = false;
-    g.append(grupo(kPaginaGeneral, "Propietarios y agentes", 2,
+    g.append(grupo(kPaginaGeneral, "Propietarios y agentes", 1,
                    {propietario, col("TELEFONO", "Teléfono"), propietario2, col("TELEFONO2", "Teléfono"),
                     col("CODCAPTADOR", "Captador", K::Lookup, "agentes"),
                     col("CODAGENTE", "Agente", K::Lookup, "agentes"),
                     col("CODAGENTEEXTERNO", "Agente externo", K::Lookup, "agentes"),
                     col("CODAGENTEEXTERNO2", "Segundo agente externo", K::Lookup, "agentes"),
                     col("CODPERITO", "Tasador", K::Lookup, "agentes"),
-                    col("CODORIGEN", "Origen de la captación", K::Lookup, "origenes")}));
+                    col("CODORIGEN", "Origen", K::Lookup, "origenes")}));
 
     ui::Column precio = col("EUROIMPORTE", "Precio", K::Money);
     precio.inGrid = true;
@@ -165,9 +165,9 @@ QList<GrupoInmueble> definir()
                    {precio, col("SUBIR_PRECIO", "Publicar el precio", K::Flag),
                     col("EUROMINIMO", "Precio mínimo", K::Money), col("EUROMAXIMO", "Precio máximo", K::Money),
                     col("HONORARIO_VENTA", "Honorarios fijos", K::Money),
-                    col("HONORARIO_PORCENTAJE", "% de honorarios", K::Number),
-                    col("HONORARIO_SOBRE", "Importe sobre el que se aplica", K::Money),
-                    col("HONORARIO_TOTAL", "Honorarios pactados", K::Money),
+                    col("HONORARIO_PORCENTAJE", "% honorarios", K::Number),
+                    col("HONORARIO_SOBRE", "Base de honorarios", K::Money),
+                    col("HONORARIO_TOTAL", "Pactados", K::Money),
                     col("GASTOS", "Gastos"), col("SCOMUNIDAD", "Gastos de comunidad")}));
 
     g.append(grupo(kPaginaSuperficies, "Superficies", 1,

@@ -21,8 +21,6 @@ const QString kSavepoint = QStringLiteral("SAVEPOINT TV_FOTOS");
 const QString kRelease = QStringLiteral("RELEASE SAVEPOINT TV_FOTOS");
 const QString kRollbackTo = QStringLiteral("ROLLBACK TO SAVEPOINT TV_FOTOS");
 
-// Camera pictures of 50 megapixels pass Qt's default decoding limit.
-constexpr int kLimiteDecodificarMb = 1024;
 constexpr int kCalidadMiniatura = 85;
 
 QString expedienteDe(const QString& codigo)
@@ -41,8 +39,13 @@ FotosError fotoDesaparecida()
     return FotosError(QStringLiteral("La fotografía seleccionada ya no existe: otro puesto la ha eliminado."));
 }
 
-QString motivo(const QImageReader& r)
+QString motivo(const QImageReader& r, QSize tamano)
 {
+    // Qt refuses to decode pictures past its memory limit; a JPEG is read
+    // already reduced, so only other formats get here.
+    const qint64 megas = qint64(tamano.width()) * tamano.height() * 4 / (1024 * 1024);
+    if (r.error() == QImageReader::InvalidDataError && megas >= QImageReader::allocationLimit())
+        return QStringLiteral("la imagen es demasiado grande (%1 × %2 píxeles)").arg(tamano.width()).arg(tamano.height());
     switch (r.error()) {
     case QImageReader::FileNotFoundError:
         return QStringLiteral("el archivo no existe");
@@ -238,7 +241,6 @@ QImage decodificarFoto(const QByteArray& bytes)
     buffer.open(QIODevice::ReadOnly);
     QImageReader r(&buffer);
     r.setAutoTransform(true);
-    r.setAllocationLimit(kLimiteDecodificarMb);
     return r.read();
 }
 
@@ -307,15 +309,21 @@ FotoPreparada prepararArchivo(const QString& ruta)
     buffer.open(QIODevice::ReadOnly);
     QImageReader r(&buffer);
     r.setAutoTransform(true);
-    r.setAllocationLimit(kLimiteDecodificarMb);
     const QByteArray formato = r.format();
+    // The size as stored, before any turn; the longest side is the same
+    // either way. Asking for the web size at once lets JPEG decode reduced:
+    // faster, and camera pictures stay within Qt's memory limit.
+    const QSize almacenado = r.size();
+    const bool reducir = almacenado.isValid() && std::max(almacenado.width(), almacenado.height()) > kLadoWeb;
+    if (reducir)
+        r.setScaledSize(almacenado.scaled(kLadoWeb, kLadoWeb, Qt::KeepAspectRatio));
     const QImage imagen = r.read();
     if (imagen.isNull())
-        throw error(motivo(r));
+        throw error(motivo(r, almacenado));
     // A picture that had to be turned upright is stored turned, without the
     // orientation note that would turn it again.
-    const bool derecha = r.transformation() == QImageIOHandler::TransformationNone;
-    return prepararFoto(imagen, formato, derecha ? bytes : QByteArray());
+    const bool intacta = !reducir && r.transformation() == QImageIOHandler::TransformationNone;
+    return prepararFoto(imagen, formato, intacta ? bytes : QByteArray());
 }
 
 QList<Foto> listarFotos(Tdm& data, const QString& codigo)

@@ -293,7 +293,8 @@ TfrmFotos::TfrmFotos(Tdm& datos, const QString& codigoInmueble, QWidget* parent)
     connect(mCerrar, &QPushButton::clicked, this, &QDialog::accept);
     connect(mLista, &QListWidget::itemDoubleClicked, this, &TfrmFotos::ver);
     connect(mLista, &QListWidget::currentRowChanged, this, &TfrmFotos::actualizarBotones);
-    new QShortcut(QKeySequence::Delete, mLista, [this] { eliminar(); });
+    auto* suprimir = new QShortcut(QKeySequence::Delete, mLista, [this] { eliminar(); });
+    suprimir->setContext(Qt::WidgetWithChildrenShortcut);
     mLista->alMover = [this](int desde, int hasta) { moverFoto(desde, hasta); };
     mLista->alSoltarArchivos = [this](const QStringList& rutas) { anadirArchivos(rutas); };
 

@@ -29,6 +29,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <tuple>
+
 namespace tv::registro {
 
 namespace {
@@ -141,7 +143,6 @@ void TfrmInmuebles::construir()
     splitter->setStretchFactor(1, 3);
     splitter->setSizes({220, 600});
 
-    construirPropietarios();
     aplicarRestricciones();
 
     // Derived, never typed.
@@ -171,7 +172,20 @@ QWidget* TfrmInmuebles::construirPagina(const QString& pagina)
     auto* hoja = new QWidget(scroll);
     auto* v = new QVBoxLayout(hoja);
     v->setContentsMargins(6, 6, 6, 6);
+    // The general page in two columns: the property and its place on the
+    // left, its people and price on the right; surfaces beside the rooms.
+    QVBoxLayout* izquierda = nullptr;
+    QVBoxLayout* derecha = nullptr;
     QHBoxLayout* fila = nullptr;
+    if (pagina == QLatin1String(kPaginaGeneral) || pagina == QLatin1String(kPaginaSuperficies)) {
+        fila = new QHBoxLayout;
+        izquierda = new QVBoxLayout;
+        derecha = new QVBoxLayout;
+        fila->addLayout(izquierda, 1);
+        fila->addLayout(derecha, 1);
+        v->addLayout(fila);
+    }
+    int n = 0;
     for (const GrupoInmueble& g : gruposInmueble()) {
         if (g.pagina != pagina)
             continue;
@@ -179,56 +193,61 @@ QWidget* TfrmInmuebles::construirPagina(const QString& pagina)
         auto* grid = new QGridLayout(caja);
         grid->setHorizontalSpacing(10);
         ui::Columns campos;
+        const bool personas = g.titulo == QLatin1String("Propietarios y agentes");
+        if (personas)
+            construirPropietarios(grid);
         for (const ui::Column& c : g.columnas)
-            if (!c.column.startsWith(QLatin1String("CODPROPIETARIO")))
+            if (!personas || !(c.column.startsWith(QLatin1String("CODPROPIETARIO")) ||
+                               c.column.startsWith(QLatin1String("TELEFONO"))))
                 campos.append(c);
         buildFields(grid, campos, g.porFila);
-        for (int i = 0; i < g.porFila; ++i)
-            grid->setColumnStretch(2 * i + 1, 1);
-        grid->setRowStretch(grid->rowCount(), 1);
-        // Two boxes side by side on the general page, then one per row.
-        if (pagina == QLatin1String(kPaginaGeneral) && g.porFila == 2) {
-            if (!fila) {
-                fila = new QHBoxLayout;
-                v->addLayout(fila);
-            }
-            fila->addWidget(caja, 1);
-            if (fila->count() == 2)
-                fila = nullptr;
-        } else if (pagina == QLatin1String(kPaginaSuperficies)) {
-            if (!fila) {
-                fila = new QHBoxLayout;
-                v->addLayout(fila);
-            }
-            fila->addWidget(caja, 1);
-        } else {
-            v->addWidget(caja, g.columnas.size() == 1 && g.columnas.first().kind == ui::ColumnKind::Memo ? 1 : 0);
-        }
+        if (g.porFila == 1 && !campos.isEmpty() && !campos.first().remarkColumn.isEmpty())
+            grid->setColumnStretch(2, 1); // the remarks take the room
+        else
+            for (int i = 0; i < g.porFila; ++i)
+                grid->setColumnStretch(2 * i + 1, 1);
+        const bool memo = g.columnas.size() <= 2 && g.columnas.first().kind == ui::ColumnKind::Memo;
+        if (!memo)
+            grid->setRowStretch(grid->rowCount(), 1);
+        if (izquierda && pagina == QLatin1String(kPaginaGeneral))
+            (g.titulo == QLatin1String("Inmueble") || g.titulo == QStringLiteral("Situación") ? izquierda : derecha)
+                ->addWidget(caja);
+        else if (izquierda)
+            (n == 0 ? izquierda : derecha)->addWidget(caja);
+        else
+            v->addWidget(caja, memo ? 1 : 0);
+        ++n;
         if (g.titulo == QLatin1String("Precio y honorarios")) {
+            // Room for a seven-figure price.
+            for (const ui::Column& c : g.columnas)
+                if (QWidget* w = controlFor(c.column); w && c.kind != ui::ColumnKind::Flag)
+                    w->setMinimumWidth(110);
             auto* etiqueta = new QLabel(QStringLiteral("Honorarios calculados"), caja);
             auto* calculado = new QLineEdit(caja);
             calculado->setObjectName(kCalculado);
             calculado->setReadOnly(true);
             calculado->setFocusPolicy(Qt::NoFocus);
+            calculado->setAlignment(Qt::AlignRight);
+            calculado->setMinimumWidth(110);
             etiqueta->setBuddy(calculado);
             const int r = grid->rowCount();
             grid->addWidget(etiqueta, r, 0);
             grid->addWidget(calculado, r, 1);
-            connect(mDs.get(), &DataSet::rowChanged, calculado, [this, calculado] {
-                calculado->setText(hayRegistro() ? QLocale().toString(mDs->fieldByName(kCalculado).asDouble(), 'f', 2)
+            auto mostrar = [this, calculado] {
+                calculado->setText(hayRegistro() ? QLocale(QLocale::Spanish, QLocale::Spain)
+                                                       .toString(mDs->fieldByName(kCalculado).asDouble(), 'f', 2)
                                                  : QString());
-            });
-            connect(mDs.get(), &DataSet::currentChanged, calculado, [this, calculado] {
-                calculado->setText(hayRegistro() ? QLocale().toString(mDs->fieldByName(kCalculado).asDouble(), 'f', 2)
-                                                 : QString());
-            });
+            };
+            connect(mDs.get(), &DataSet::rowChanged, calculado, mostrar);
+            connect(mDs.get(), &DataSet::currentChanged, calculado, mostrar);
         }
         if (g.titulo == QLatin1String("Inmueble")) {
             mFoto = new FotoPrincipal(caja);
             mFoto->setObjectName(QStringLiteral("fotoPrincipal"));
-            grid->addWidget(mFoto, 0, 2 * g.porFila, grid->rowCount(), 1);
+            mFoto->setFixedSize(180, 135);
+            grid->addWidget(mFoto, 0, 2 * g.porFila, grid->rowCount(), 1, Qt::AlignTop);
         }
-        if (g.titulo == QLatin1String("Situación")) {
+        if (g.titulo == QStringLiteral("Situación")) {
             auto* boton = new QToolButton(caja);
             boton->setObjectName(QStringLiteral("btnPoblacion"));
             boton->setText(QStringLiteral("…"));
@@ -245,8 +264,10 @@ QWidget* TfrmInmuebles::construirPagina(const QString& pagina)
             grid->addLayout(junto, r, c);
         }
     }
-    if (fila)
-        fila->addStretch(0);
+    if (izquierda) {
+        izquierda->addStretch(1);
+        derecha->addStretch(1);
+    }
     v->addStretch(1);
     scroll->setWidget(hoja);
     return scroll;
@@ -299,36 +320,33 @@ QWidget* TfrmInmuebles::construirCarteles()
     return idiomas;
 }
 
-void TfrmInmuebles::construirPropietarios()
+void TfrmInmuebles::construirPropietarios(QGridLayout* grid)
 {
-    // The owners are found by code or with the search dialog: too many for a list.
-    for (const auto& [columna, caja] : {std::pair{QStringLiteral("CODPROPIETARIO"), &mPropietario},
-                                         std::pair{QStringLiteral("CODPROPIETARIO2"), &mPropietario2}}) {
-        QWidget* telefono =
-            controlFor(columna == QLatin1String("CODPROPIETARIO") ? QStringLiteral("TELEFONO") : QStringLiteral("TELEFONO2"));
-        auto* grid = qobject_cast<QGridLayout*>(telefono->parentWidget()->layout());
-        int r = 0, c = 0, rs = 0, cs = 0;
-        grid->getItemPosition(grid->indexOf(telefono), &r, &c, &rs, &cs);
-        *caja = new ui::CodeSearchBox(mData.datos, mData.Transacion, ui::CodeTarget::propietarios(),
-                                      telefono->parentWidget());
-        (*caja)->setObjectName(columna);
-        new ui::CodeSearchBinder(*mDs, columna, *caja);
-        auto* etiqueta = new QLabel(columna == QLatin1String("CODPROPIETARIO") ? QStringLiteral("Propietario")
-                                                                              : QStringLiteral("Segundo propietario"),
-                                    telefono->parentWidget());
-        // The owner takes the row above his phone.
-        grid->addWidget(etiqueta, r, c - 1);
-        grid->addWidget(*caja, r, c);
-        grid->removeWidget(telefono);
-        QLabel* etiquetaTelefono = nullptr;
-        for (QLabel* l : telefono->parentWidget()->findChildren<QLabel*>())
-            if (l->buddy() == telefono)
-                etiquetaTelefono = l;
-        if (etiquetaTelefono) {
-            grid->removeWidget(etiquetaTelefono);
-            grid->addWidget(etiquetaTelefono, r, c + 1);
-        }
-        grid->addWidget(telefono, r, c + 2);
+    // The owners are found by code or with the search dialog (too many for a
+    // list), each with the phone the property keeps of him.
+    QWidget* caja = grid->parentWidget();
+    int fila = 0;
+    for (const auto& [columna, telefono, titulo, destino] :
+         {std::tuple{QStringLiteral("CODPROPIETARIO"), QStringLiteral("TELEFONO"), QStringLiteral("Propietario"),
+                     &mPropietario},
+          std::tuple{QStringLiteral("CODPROPIETARIO2"), QStringLiteral("TELEFONO2"),
+                     QStringLiteral("Segundo propietario"), &mPropietario2}}) {
+        *destino = new ui::CodeSearchBox(mData.datos, mData.Transacion, ui::CodeTarget::propietarios(), caja);
+        (*destino)->setObjectName(columna);
+        new ui::CodeSearchBinder(*mDs, columna, *destino);
+        auto* etiqueta = new QLabel(titulo, caja);
+        etiqueta->setBuddy((*destino)->codeEdit());
+        grid->addWidget(etiqueta, fila, 0);
+        grid->addWidget(*destino, fila, 1);
+        auto* tel = new QLineEdit(caja);
+        bindText(tel, telefono);
+        tel->setObjectName(telefono);
+        tel->setMaxLength(telefono == QLatin1String("TELEFONO") ? 12 : 25);
+        auto* etiquetaTel = new QLabel(QStringLiteral("Teléfono"), caja);
+        etiquetaTel->setBuddy(tel);
+        grid->addWidget(etiquetaTel, fila + 1, 0);
+        grid->addWidget(tel, fila + 1, 1);
+        fila += 2;
     }
 }
 

@@ -11,6 +11,7 @@
 class QAction;
 class QLabel;
 class QPlainTextEdit;
+class QGridLayout;
 class QSplitter;
 class QTabWidget;
 class QToolBar;
@@ -42,7 +43,7 @@ public:
     Actions supportedActions() const override;
     ui::DataGrid* grid() const { return mGrid; }
     QTabWidget* paginas() const { return mPaginas; }
-    QToolBar* barraLateral() const { return mLateral; }
+    QWidget* barraLateral() const { return mLateral; }
     QAction* accion(const QString& nombre) const { return mAcciones.value(nombre); }
     FotoPrincipal* fotoPrincipal() const { return mFoto; }
     // The Russian poster boxes: information, header, footer.
@@ -96,7 +97,8 @@ private:
     void construirBarraLateral();
     QWidget* construirPagina(const QString& pagina);
     QWidget* construirCarteles();
-    void construirPropietarios();
+    void construirPropietarios(QGridLayout* grid);
+    void separadorLateral();
     void aplicarRestricciones();
     void nuevoRegistro(DataSet& ds);
     void antesDeGrabar(DataSet& ds);
@@ -120,7 +122,8 @@ private:
     int mPropietarioInicial = 0;
     ui::DataGrid* mGrid = nullptr;
     QTabWidget* mPaginas = nullptr;
-    QToolBar* mLateral = nullptr;
+    QWidget* mLateral = nullptr;
+    class QVBoxLayout* mLateralLayout = nullptr;
     QHash<QString, QAction*> mAcciones;
     FotoPrincipal* mFoto = nullptr;
     ui::CodeSearchBox* mPropietario = nullptr;

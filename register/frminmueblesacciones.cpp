@@ -27,28 +27,44 @@
 #include <QMenu>
 #include <QProgressDialog>
 #include <QStandardPaths>
+#include <QFrame>
 #include <QToolBar>
+#include <QVBoxLayout>
 #include <QToolButton>
 
 namespace tv::registro {
 
 QAction* TfrmInmuebles::nuevaAccion(const QString& nombre, const QString& icono, void (TfrmInmuebles::*slot)())
 {
-    QAction* a = mLateral->addAction(ui::themeIcon(icono), nombre);
+    auto* a = new QAction(ui::themeIcon(icono), nombre, this);
     a->setObjectName(nombre);
+    auto* b = new QToolButton(mLateral);
+    b->setDefaultAction(a);
+    b->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    b->setAutoRaise(true);
+    b->setIconSize(QSize(18, 18));
+    mLateralLayout->addWidget(b, 0, Qt::AlignLeft);
     a->setProperty("necesitaFila", true);
     connect(a, &QAction::triggered, this, slot);
     mAcciones.insert(nombre, a);
     return a;
 }
 
+void TfrmInmuebles::separadorLateral()
+{
+    auto* linea = new QFrame(mLateral);
+    linea->setFrameShape(QFrame::HLine);
+    linea->setFrameShadow(QFrame::Sunken);
+    mLateralLayout->addWidget(linea);
+}
+
 void TfrmInmuebles::construirBarraLateral()
 {
-    mLateral = new QToolBar(body());
+    mLateral = new QWidget(body());
     mLateral->setObjectName(QStringLiteral("barraLateral"));
-    mLateral->setOrientation(Qt::Vertical);
-    mLateral->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    mLateral->setIconSize(QSize(18, 18));
+    mLateralLayout = new QVBoxLayout(mLateral);
+    mLateralLayout->setContentsMargins(0, 0, 4, 0);
+    mLateralLayout->setSpacing(1);
 
     QAction* localiza = nuevaAccion(QStringLiteral("Localiza un Inmueble"), QStringLiteral("system-search"),
                                     &TfrmInmuebles::btnBuscarClick);
@@ -56,7 +72,7 @@ void TfrmInmuebles::construirBarraLateral()
     QAction* quita = nuevaAccion(QStringLiteral("Elimina filtro de Busqueda"), QStringLiteral("edit-clear"),
                                  &TfrmInmuebles::eliminarFiltro);
     quita->setProperty("necesitaFila", false);
-    mLateral->addSeparator();
+    separadorLateral();
     nuevaAccion(QStringLiteral("Propietario"), QStringLiteral("avatar-default"), &TfrmInmuebles::btnpropietarioClick);
     nuevaAccion(QStringLiteral("Segundo propietario"), QStringLiteral("avatar-default"),
                 &TfrmInmuebles::btnPropietario2Click);
@@ -64,12 +80,12 @@ void TfrmInmuebles::construirBarraLateral()
     nuevaAccion(QStringLiteral("Mapa"), QStringLiteral("mark-location"), &TfrmInmuebles::verMapa);
     nuevaAccion(QStringLiteral("Video"), QStringLiteral("video-x-generic"), &TfrmInmuebles::verVideo);
     nuevaAccion(QStringLiteral("Documentos"), QStringLiteral("folder-documents"), &TfrmInmuebles::verDocumentos);
-    mLateral->addSeparator();
+    separadorLateral();
     nuevaAccion(QStringLiteral("Casación"), QStringLiteral("media-playlist-shuffle"), &TfrmInmuebles::bCasacionClick);
     nuevaAccion(QStringLiteral("Descartes"), QStringLiteral("edit-delete"), &TfrmInmuebles::verDescartes);
     nuevaAccion(QStringLiteral("Gestiones"), QStringLiteral("document-edit"), &TfrmInmuebles::verGestiones);
     nuevaAccion(QStringLiteral("Gastos"), QStringLiteral("tv-euro"), &TfrmInmuebles::verGastos);
-    mLateral->addSeparator();
+    separadorLateral();
     nuevaAccion(QStringLiteral("Copiar inmueble"), QStringLiteral("edit-copy"), &TfrmInmuebles::FlaTcxButton222Click);
     nuevaAccion(QStringLiteral("Generar cartel"), QStringLiteral("format-text-bold"), &TfrmInmuebles::generarCartel);
     QAction* cartera = nuevaAccion(QStringLiteral("Carteles de toda la cartera"), QStringLiteral("format-justify-fill"),
@@ -77,6 +93,7 @@ void TfrmInmuebles::construirBarraLateral()
     cartera->setProperty("necesitaFila", false);
     nuevaAccion(QStringLiteral("Publicar en mi web"), QStringLiteral("web-browser"), &TfrmInmuebles::publicarEnWeb);
     nuevaAccion(QStringLiteral("Quitar de mi web"), QStringLiteral("list-remove"), &TfrmInmuebles::quitarDeWeb);
+    mLateralLayout->addStretch(1);
 
     // Imprimir offers the property's sheet, the list and the follow-ups.
     auto* menu = new QMenu(this);

@@ -217,6 +217,14 @@ protected:
     }
 
     QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
+
+    // A fault in the page's script is the program's fault: say where.
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
+                                  const QString&) override
+    {
+        if (level == ErrorMessageLevel)
+            qWarning("mapa: %s (línea %d)", qPrintable(message), line);
+    }
 };
 
 QString qwebchannelJs()

@@ -133,6 +133,17 @@ QList<FieldBinder*> FormBuilder::build(QGridLayout* grid, const QList<FieldSpec>
             FieldBinder* remark = create(Column{spec.remarkColumn, spec.caption}, parent);
             if (spec.kind == FieldKind::Flag) {
                 grid->addWidget(b->control(), row, col);
+            } else if (columns == 1) {
+                // One field per row: caption, value and remark in three
+                // columns, so the values line up under each other.
+                auto* label = new QLabel(spec.caption, parent);
+                label->setBuddy(b->control());
+                grid->addWidget(label, row, 0);
+                grid->addWidget(b->control(), row, 1);
+                grid->addWidget(remark->control(), row, 2);
+                out.append(b);
+                out.append(remark);
+                continue;
             } else {
                 auto* label = new QLabel(spec.caption, parent);
                 label->setBuddy(b->control());

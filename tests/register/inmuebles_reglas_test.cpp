@@ -227,3 +227,13 @@ TEST(ColumnasInmueble, CadaColumnaUnaVezYTodasExisten)
             EXPECT_TRUE(vistas.contains(f)) << f.toStdString();
     }
 }
+
+TEST(ReglasInmueble, TextosFijosDeLasSentencias)
+{
+    // Other workstations' programs run the same statements: the texts are fixed.
+    EXPECT_STREQ(kSqlExpedienteRepetido, "SELECT COUNT(*) FROM INMUEBLES WHERE CODIGO =:CODIGO ");
+    EXPECT_STREQ(kSqlBorrarFotos, "DELETE FROM IMAGENES WHERE CODINMUEBLE =:CODINMUEBLE");
+    EXPECT_STREQ(kPreguntaCopiar, "¿Está seguro generar un nuevo inmueble a partir del inmueble \r\nseleccionado?");
+    EXPECT_STREQ(kPreguntaCartelesCartera,
+                 "¿Está seguro de generar la información de la publicidad de toda la cartera de inmuebles?");
+}
