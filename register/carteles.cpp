@@ -29,10 +29,10 @@ struct Elemento {
         Etiqueta, // the label and the value, then what follows it
     };
     Clase clase;
-    const char* texto;                 // unit, word or label
-    const char* texto2;                // plural unit, or what follows a label's value
+    const char* texto;  // unit, word or label
+    const char* texto2; // plural unit, or what follows a label's value
     std::array<const char*, 3> columnas;
-    const char* marca;                 // the flag that must be "S", if any
+    const char* marca; // the flag that must be "S", if any
 };
 using C = Elemento::Clase;
 
@@ -59,7 +59,8 @@ constexpr Elemento etiqueta(const char* rotulo, const char* columna, const char*
     return {C::Etiqueta, rotulo, detras, {columna, nullptr, nullptr}, nullptr};
 }
 
-const Elemento kDormitorios = cuenta(" DORMITORIO,", " DORMITORIOS,", "CHABDOBLES", "CHABSENCILLAS", "CNUMSUITE");
+const Elemento kDormitorios =
+    cuenta(" DORMITORIO,", " DORMITORIOS,", "CHABDOBLES", "CHABSENCILLAS", "CNUMSUITE");
 const Elemento kBanos = cuenta(" CUARTO DE BAÑO,", " CUARTOS DE BAÑO,", "CNUMBANOS");
 const Elemento kAseos = cuenta(" ASEO,", " ASEOS,", "CNUMASEOS");
 const Elemento kPlazas = cuenta(" PLAZA,", " PLAZAS,", "CPLAZAS");
@@ -86,13 +87,14 @@ const Elemento kCerrado = marca("CERRADO ", "CCERRADO");
 const Elemento kAnyo = anyo("SANOCONSTRUCCION", "CANOCONSTRUCCION");
 
 const std::vector<Elemento> kPiso = {
-    kDormitorios, kBanos,   kAseos,   kConstruidos, kUtiles, medida(" M2 DE PATIO,", "CSUPER3"),
-    kAscensor,    kCalefaccion, kGaraje, kTrastero,  kPiscina, kJardin, kAnyo,
+    kDormitorios, kBanos,       kAseos,  kConstruidos, kUtiles,  medida(" M2 DE PATIO,", "CSUPER3"),
+    kAscensor,    kCalefaccion, kGaraje, kTrastero,    kPiscina, kJardin,
+    kAnyo,
 };
 
 const std::vector<Elemento> kCasa = {
-    kDormitorios, kBanos,   kAseos, kConstruidos, kUtiles, kParcela, medida(" M2 DE PATIO,", "CSUPER3"),
-    kCalefaccion, kGaraje, kTrastero, kPiscina, kJardin, kAnyo,
+    kDormitorios, kBanos,  kAseos,    kConstruidos, kUtiles, kParcela, medida(" M2 DE PATIO,", "CSUPER3"),
+    kCalefaccion, kGaraje, kTrastero, kPiscina,     kJardin, kAnyo,
 };
 
 const std::vector<Elemento> kNave = {
@@ -114,8 +116,20 @@ const std::vector<Elemento> kNave = {
 };
 
 const std::vector<Elemento> kLocal = {
-    kConstruidos, kUtiles, medida(" M2 SUPERFICIE TOTAL,", "CSUPSOLAR"), medida(" M2 ESCAPARATE,", "SESCAPARATE"),
-    kAncho,       kAlto,   kFondo,  kBanos, kAseos, kHumos, kEmergencia, kOficina, kCalefaccion, kAnyo,
+    kConstruidos,
+    kUtiles,
+    medida(" M2 SUPERFICIE TOTAL,", "CSUPSOLAR"),
+    medida(" M2 ESCAPARATE,", "SESCAPARATE"),
+    kAncho,
+    kAlto,
+    kFondo,
+    kBanos,
+    kAseos,
+    kHumos,
+    kEmergencia,
+    kOficina,
+    kCalefaccion,
+    kAnyo,
 };
 
 const std::vector<Elemento> kParking = {
@@ -345,8 +359,7 @@ private:
 QString consultaCartel(const QString& condicion)
 {
     return QStringLiteral("SELECT CODIGO, CODTIPOINMUEBLE, CARTELES_INFORMACION, ") +
-           columnasCartel().join(QStringLiteral(", ")) +
-           QStringLiteral(" FROM INMUEBLES WHERE ") + condicion;
+           columnasCartel().join(QStringLiteral(", ")) + QStringLiteral(" FROM INMUEBLES WHERE ") + condicion;
 }
 
 // Reads the query's current row by column name, through an index made once.
@@ -420,7 +433,8 @@ QString textoCartel(int plantilla, const ValorColumna& valor)
         texto += parte;
     }
     // A poster line is one line: a break inside a typed value becomes a blank.
-    static const QRegularExpression saltos(QStringLiteral("[ \\t]*(?:\\r\\n|[\\r\\n\\x{2028}\\x{2029}])+[ \\t]*"));
+    static const QRegularExpression saltos(
+        QStringLiteral("[ \\t]*(?:\\r\\n|[\\r\\n\\x{2028}\\x{2029}])+[ \\t]*"));
     texto.replace(saltos, QStringLiteral(" "));
     return texto;
 }
@@ -474,7 +488,8 @@ QString generarCartel(Tdm& dm, const QString& codigoInmueble)
         throw noExiste(codigo);
     Familias familias(dm);
     const FilaConsulta fila(q);
-    const QString texto = textoCartel(familias.plantilla(fila(QStringLiteral("CODTIPOINMUEBLE"))), std::cref(fila));
+    const QString texto =
+        textoCartel(familias.plantilla(fila(QStringLiteral("CODTIPOINMUEBLE"))), std::cref(fila));
     q.close();
 
     Query guardar(dm.datos, dm.Transacion, QString::fromLatin1(kSqlGuardarCartel));
@@ -488,7 +503,8 @@ QString generarCartel(Tdm& dm, const QString& codigoInmueble)
 int generarCarteles(Tdm& dm, const ProgresoCarteles& progreso)
 {
     const QString activos = QStringLiteral("ACTIVADO = 'S'");
-    int total = Query::scalar(dm.datos, dm.Transacion, QStringLiteral("SELECT COUNT(*) FROM INMUEBLES WHERE ") + activos)
+    int total = Query::scalar(dm.datos, dm.Transacion,
+                              QStringLiteral("SELECT COUNT(*) FROM INMUEBLES WHERE ") + activos)
                     .toInt();
     // Often enough for a progress bar, rarely enough not to slow the run.
     const int paso = std::max(1, total / 200);

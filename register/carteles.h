@@ -10,7 +10,7 @@
 namespace tv {
 class DataSet;
 class Tdm;
-}
+} // namespace tv
 
 // The poster texts of a property: the Spanish text written from the
 // property's data (one property or the whole portfolio), and the Russian
@@ -19,46 +19,47 @@ class Tdm;
 // The items a text carries depend on the kind of property, told by its
 // family's sheet template (FAMILIA.CODPLANTILLA) rather than the family code:
 // agencies number their families freely, the template is what says "flat" or
-// "land". Per template, in this order (counts are bedrooms, bathrooms, toilets
-// and places, with the singular unit for 1; bedrooms add CHABDOBLES,
-// CHABSENCILLAS and CNUMSUITE; "útiles" is CSUPER2, or CSUPERF1 when that is
-// empty; the year needs CANOCONSTRUCCION "S" and reads SANOCONSTRUCCION):
-//   1 piso:     bedrooms, CNUMBANOS, CNUMASEOS; CSUPER1 construidos, útiles,
-//               CSUPER3 patio; lift, heating, garage, storeroom, pool,
-//               garden; year.
-//   2, 3 casa:  as piso plus CSUPSOLAR parcela, without the lift.
+// "land". Per template, in this order:
+//   1 piso:     bedrooms (CHABDOBLES + CHABSENCILLAS + CNUMSUITE), CNUMBANOS,
+//               CNUMASEOS; CSUPER1 construidos, útiles (CSUPER2, or CSUPERF1
+//               when that is empty), CSUPER3 patio; lift, heating, garage,
+//               storeroom, pool, garden; the year.
+//   2, 3 casa:  as piso plus CSUPSOLAR parcela after útiles, without the lift.
 //   4 nave:     CSUPER1 construidos, CSUPSOLAR parcela, CSUPER2 por planta,
 //               CSUPER3 altura, CANCHO, CFONDO, CSUPER4 patio, CNUMBANOS,
-//               CNUMASEOS; office, loading dock, emergency exit, smoke
-//               outlet, enclosed; year.
-//   5 local:    CSUPER1 construidos, útiles, CSUPSOLAR total, SESCAPARATE
-//               (a number), CANCHO, CALTO, CFONDO, CNUMBANOS, CNUMASEOS;
-//               smoke outlet, emergency exit, office, heating; year.
+//               CNUMASEOS; office, loading dock, emergency exit, smoke outlet,
+//               enclosed; the year.
+//   5 local:    CSUPER1 construidos, útiles, CSUPSOLAR total, SESCAPARATE (when
+//               it holds a number), CANCHO, CALTO, CFONDO, CNUMBANOS, CNUMASEOS;
+//               smoke outlet, emergency exit, office, heating; the year.
 //   6 parking:  CPLAZAS, CSUPER1 construidos, CANCHO, CALTO, CFONDO;
 //               underground, enclosed, lift.
-//   7 solar:    CSUPER1 total, CSUPER2 parcela, CSUPER3 techo, CSUPER4
-//               ancho, SOLAR_OCUPACION, SOLAR_NUMEROVIVIENDAS; enclosed.
-//   8 edificio: CSUPER1 construidos, CSUPSOLAR parcela, EDIFICIO_ surfaces
-//               above and below ground, occupation, maximum height; floors
-//               above and below ground, dwellings, parking places; lift,
-//               heating, garage, storerooms, pool, garden, emergency exit;
-//               EDIFICIO_ANOCONSTRUCCION.
-//   9 rustica:  CSUPER1 as "SUPERFICIE TOTAL: " (in M2), then the RUSTICA_
-//               texts by their labels (cultivo, arbolado, acceso, cierre,
-//               caza, construcciones, luz); pool.
-// Any other template reads as a flat. The building counts have one (plural)
-// unit. Zero, empty and unreadable values are skipped; a feature needs "S".
-// Numbers are written the Spanish way without trailing zeros ("1.250",
-// "85,5"). Items are joined by one blank (none after a word that already
-// ends in one) and line breaks become single blanks.
+//   7 solar:    CSUPER1 total, CSUPER2 parcela, CSUPER3 techo, CSUPER4 ancho,
+//               SOLAR_OCUPACION, SOLAR_NUMEROVIVIENDAS; enclosed.
+//   8 edificio: CSUPER1 construidos, CSUPSOLAR parcela, the EDIFICIO_ surfaces
+//               above and below ground, occupation and maximum height, then
+//               floors above and below ground, dwellings and parking places;
+//               lift, heating, garage, storerooms, pool, garden, emergency
+//               exit; EDIFICIO_ANOCONSTRUCCION.
+//   9 rustica:  "SUPERFICIE TOTAL: " CSUPER1 " M2,", then the RUSTICA_ texts
+//               after their labels, each closed by a comma; pool.
+// Any other template reads as a flat. Every count takes the singular unit for
+// 1 (the building counts too: "1 PLANTA BAJO RASANTE,"). The year follows
+// "AÑO DE CONSTRUCCIÓN " only while CANOCONSTRUCCION is "S" and reads
+// SANOCONSTRUCCION (a building's comes from its own page). Zero, empty and
+// unreadable values are skipped; a feature needs "S". Figures are written the
+// Spanish way without trailing zeros ("1.250", "85,5"). Items are joined by
+// one blank (none after a word that already ends in one) and every line break
+// becomes one blank.
 namespace tv::registro {
 
-inline const char* const kSqlFamiliaTipo = "SELECT CODFAMILIA,DESCRIPCION FROM TIPOINMUEBLE WHERE CODIGO =:CODIGO ";
+inline const char* const kSqlFamiliaTipo =
+    "SELECT CODFAMILIA,DESCRIPCION FROM TIPOINMUEBLE WHERE CODIGO =:CODIGO ";
 inline const char* const kSqlPlantillaFamilia = "SELECT CODPLANTILLA FROM FAMILIA WHERE CODIGO =:CODIGO";
 inline const char* const kSqlGuardarCartel =
     " UPDATE INMUEBLES SET CARTELES_INFORMACION=:INFORMACION WHERE CODIGO=:CODIGO ";
-inline const char* const kSqlLeerRusos =
-    " select CARTELES_INFORMARUS,CARTELES_CABECERARUS,CARTELES_PIERUS from inmuebles i where codigo =:codigo ";
+inline const char* const kSqlLeerRusos = " select CARTELES_INFORMARUS,CARTELES_CABECERARUS,CARTELES_PIERUS "
+                                         "from inmuebles i where codigo =:codigo ";
 inline const char* const kSqlGuardarRusos =
     " update inmuebles i set i.CARTELES_INFORMARUS =:informa, CARTELES_CABECERARUS =:cabera_ruso, "
     "CARTELES_PIERUS =:pie_ruso  where codigo =:codigo ";
@@ -92,7 +93,8 @@ QString generarCartel(Tdm& dm, const QString& codigo);
 using ProgresoCarteles = std::function<bool(int hechos, int total)>;
 // Writes and stores the poster text of every active property (ACTIVADO "S")
 // in one pass over the table, all or nothing: a failure or a stop leaves
-// every text as it was (a stop returns 0). Returns the properties written.
+// every text as it was (a stop returns 0). A text that comes out as stored is
+// not rewritten. Returns the active properties.
 int generarCarteles(Tdm& dm, const ProgresoCarteles& progreso = {});
 
 // The Russian poster text, header and footer (UTF8 columns, read and saved on
