@@ -55,7 +55,7 @@ private:
 
 // Longest side of a stored picture (what portals show) and of a thumbnail.
 inline constexpr int kLadoWeb = 1600;
-inline constexpr int kLadoMiniatura = 160;
+inline constexpr int kLadoMiniatura = 200;
 inline constexpr int kCalidadJpeg = 88;
 
 inline const char* const kClaseJpeg = "TJPEGImage";
