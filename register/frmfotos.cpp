@@ -426,12 +426,12 @@ void TfrmFotos::anadirFotos()
 {
     if (mSoloLectura)
         return;
-    const QString ruta = ui::services().chooseOpenFile(QStringLiteral("Añadir fotografías al inmueble ") + mCodigo,
-                                                       carpetaInicial(), kFiltroImagenes, this);
-    if (ruta.isEmpty())
+    const QStringList rutas = ui::services().chooseOpenFiles(
+        QStringLiteral("Añadir fotografías al inmueble ") + mCodigo, carpetaInicial(), kFiltroImagenes, this);
+    if (rutas.isEmpty())
         return;
-    ultimaCarpeta() = QFileInfo(ruta).absolutePath();
-    anadirArchivos({ruta});
+    ultimaCarpeta() = QFileInfo(rutas.first()).absolutePath();
+    anadirArchivos(rutas);
 }
 
 bool TfrmFotos::anadirArchivos(const QStringList& rutas)

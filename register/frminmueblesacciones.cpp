@@ -16,6 +16,7 @@
 #include "fotoprincipal.h"
 #include "mapa.h"
 #include "modal.h"
+#include "ownership.h"
 #include "report.h"
 #include "reportdata.h"
 #include "services.h"
@@ -244,7 +245,11 @@ void TfrmInmuebles::verGastos()
 
 void TfrmInmuebles::verFotos()
 {
-    if (TfrmFotos::editar(mData, codigoActual(), this))
+    // Another agent's property: its photographs are shown, not changed.
+    TfrmFotos dlg(mData, codigoActual(), this);
+    dlg.setSoloLectura(!ui::mayChange(*mDs, ui::Ownership::inmuebles()));
+    TfrmFotos::runModal(dlg);
+    if (dlg.cambiado())
         releerRegistro();
 }
 

@@ -16,6 +16,12 @@ QString ReportServices::chooseOpenFile(const QString& title, const QString& fold
     return QFileDialog::getOpenFileName(parent, title, folder, filter);
 }
 
+QStringList ReportServices::chooseOpenFiles(const QString& title, const QString& folder, const QString& filter,
+                                           QWidget* parent)
+{
+    return QFileDialog::getOpenFileNames(parent, title, folder, filter);
+}
+
 QString ReportServices::chooseSaveFile(const QString& title, const QString& suggested, const QString& filter,
                                        QWidget* parent)
 {

@@ -11,6 +11,8 @@ namespace tv::reports {
 // Lives on the interface thread.
 class ReportServices : public ui::Services {
 public:
+    QStringList chooseOpenFiles(const QString& title, const QString& folder, const QString& filter,
+                                QWidget* parent = nullptr) override;
     QString chooseOpenFile(const QString& title, const QString& folder, const QString& filter,
                            QWidget* parent = nullptr) override;
     QString chooseSaveFile(const QString& title, const QString& suggested, const QString& filter,

@@ -19,6 +19,11 @@ public:
     {
         return QFileDialog::getOpenFileName(parent, title, folder, filter);
     }
+    QStringList chooseOpenFiles(const QString& title, const QString& folder, const QString& filter,
+                                QWidget* parent) override
+    {
+        return QFileDialog::getOpenFileNames(parent, title, folder, filter);
+    }
     QString chooseSaveFile(const QString& title, const QString& suggested, const QString& filter,
                            QWidget* parent) override
     {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 class QAbstractItemModel;
@@ -19,6 +20,13 @@ public:
     // Empty when the user cancelled.
     virtual QString chooseOpenFile(const QString& title, const QString& folder, const QString& filter,
                                    QWidget* parent = nullptr) = 0;
+    // Several files at once; empty when the user cancelled.
+    virtual QStringList chooseOpenFiles(const QString& title, const QString& folder, const QString& filter,
+                                        QWidget* parent = nullptr)
+    {
+        const QString one = chooseOpenFile(title, folder, filter, parent);
+        return one.isEmpty() ? QStringList() : QStringList{one};
+    }
     virtual QString chooseSaveFile(const QString& title, const QString& suggested, const QString& filter,
                                    QWidget* parent = nullptr) = 0;
     virtual QString chooseFolder(const QString& title, const QString& folder, QWidget* parent = nullptr) = 0;

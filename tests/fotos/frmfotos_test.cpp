@@ -153,19 +153,20 @@ TEST_F(FrmFotosTest, TurningButtonsRewriteTheSelectedPhoto)
     EXPECT_EQ(guardada(ids.at(0)).size(), QSize(101, 60));
 }
 
-TEST_F(FrmFotosTest, AddingAsksForAFileAndAppendsIt)
+TEST_F(FrmFotosTest, AddingAsksForFilesAndAppendsThemInTheirOrder)
 {
     test::ScriptedServices services;
     const QString ruta = archivo(QStringLiteral("nueva.jpg"), QSize(180, 90), "jpeg");
-    services.fileAnswer(ruta);
+    const QString otra = archivo(QStringLiteral("otra.jpg"), QSize(190, 90), "jpeg");
+    services.fileAnswer(ruta + QLatin1Char('\n') + otra);
     frm->btnAnadir()->click();
     ASSERT_EQ(services.calls().size(), 1);
     EXPECT_EQ(services.calls().at(0).kind, test::ScriptedServices::Kind::OpenFile);
     EXPECT_EQ(services.calls().at(0).name, QStringLiteral("Añadir fotografías al inmueble 00012"));
     EXPECT_TRUE(services.calls().at(0).detail.endsWith(TfrmFotos::kFiltroImagenes));
-    EXPECT_EQ(anchosEnOrden(), (QList<int>{101, 102, 103, 104, 180}));
-    EXPECT_EQ(frm->ids().size(), 5);
-    EXPECT_EQ(frm->lista()->currentRow(), 4);
+    EXPECT_EQ(anchosEnOrden(), (QList<int>{101, 102, 103, 104, 180, 190}));
+    EXPECT_EQ(frm->ids().size(), 6);
+    EXPECT_EQ(frm->lista()->currentRow(), 5);
     EXPECT_EQ(banderas(), todasS());
 
     // The next choice starts where the last one was made; cancelling adds nothing.
@@ -173,7 +174,7 @@ TEST_F(FrmFotosTest, AddingAsksForAFileAndAppendsIt)
     frm->anadirFotos();
     ASSERT_EQ(services.calls().size(), 2);
     EXPECT_TRUE(services.calls().at(1).detail.startsWith(carpeta() + QLatin1Char('|')));
-    EXPECT_EQ(contarFotos(d(), kCodigo), 5);
+    EXPECT_EQ(contarFotos(d(), kCodigo), 6);
 }
 
 TEST_F(FrmFotosTest, AFileThatIsNoPictureIsNamedAndNothingChanges)

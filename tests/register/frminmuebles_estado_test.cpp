@@ -5,6 +5,7 @@
 #include "inmueblesfixture.h"
 
 #include "frmbuscarinmueble.h"
+#include "frmfotos.h"
 #include "frmmunicipio.h"
 #include "codesearchbinder.h"
 #include "scripteddialogs.h"
@@ -146,4 +147,26 @@ TEST_F(Inmuebles, LaFichaSeExportaAPdf)
     QFile pdf(destino + QStringLiteral(".pdf"));
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
     EXPECT_TRUE(pdf.read(5).startsWith("%PDF"));
+}
+
+TEST_F(Inmuebles, LasFotosDeOtroAgenteSoloSeVen)
+{
+    datos.dm().cargarAgente(2);
+    abrir();
+    bool anadirActivo = true;
+    QString titulo;
+    registro::TfrmFotos::setModalRunner([&](QDialog& d) {
+        auto* f = qobject_cast<registro::TfrmFotos*>(&d);
+        EXPECT_TRUE(f);
+        titulo = d.windowTitle();
+        anadirActivo = f->btnAnadir()->isEnabled();
+        return 0;
+    });
+    pantalla->verFotos(); // 00010 belongs to agent 1
+    EXPECT_EQ(titulo, QStringLiteral("Fotografías del inmueble 00010"));
+    EXPECT_FALSE(anadirActivo);
+    ds().next(); // his own
+    pantalla->verFotos();
+    EXPECT_TRUE(anadirActivo);
+    registro::TfrmFotos::setModalRunner({});
 }

@@ -101,6 +101,13 @@ public:
     {
         return file(Kind::OpenFile, title, folder + QLatin1Char('|') + filter);
     }
+    // Several files: the scripted answer holds them one per line.
+    QStringList chooseOpenFiles(const QString& title, const QString& folder, const QString& filter,
+                                QWidget* = nullptr) override
+    {
+        const QString answer = file(Kind::OpenFile, title, folder + QLatin1Char('|') + filter);
+        return answer.isEmpty() ? QStringList() : answer.split(QLatin1Char('\n'));
+    }
     QString chooseSaveFile(const QString& title, const QString& suggested, const QString& filter,
                            QWidget* = nullptr) override
     {
