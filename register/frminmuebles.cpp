@@ -117,6 +117,11 @@ void TfrmInmuebles::construir()
     fuera->setContentsMargins(4, 4, 4, 4);
     construirBarraLateral();
     fuera->addWidget(mLateral);
+    // The main photograph under the side bar's commands; hidden when there is none.
+    mFoto = new FotoPrincipal(mLateral);
+    mFoto->setObjectName(QStringLiteral("fotoPrincipal"));
+    mFoto->setFixedSize(190, 142);
+    mLateralLayout->insertWidget(mLateralLayout->count() - 1, mFoto, 0, Qt::AlignHCenter);
 
     auto* splitter = new QSplitter(Qt::Vertical, body());
     splitter->setChildrenCollapsible(false);
@@ -181,8 +186,9 @@ QWidget* TfrmInmuebles::construirPagina(const QString& pagina)
         fila = new QHBoxLayout;
         izquierda = new QVBoxLayout;
         derecha = new QVBoxLayout;
-        fila->addLayout(izquierda, 1);
-        fila->addLayout(derecha, 1);
+        const bool general = pagina == QLatin1String(kPaginaGeneral);
+        fila->addLayout(izquierda, general ? 3 : 1);
+        fila->addLayout(derecha, general ? 2 : 1);
         v->addLayout(fila);
     }
     int n = 0;
@@ -210,8 +216,7 @@ QWidget* TfrmInmuebles::construirPagina(const QString& pagina)
         if (!memo)
             grid->setRowStretch(grid->rowCount(), 1);
         if (izquierda && pagina == QLatin1String(kPaginaGeneral))
-            (g.titulo == QLatin1String("Inmueble") || g.titulo == QStringLiteral("Situación") ? izquierda : derecha)
-                ->addWidget(caja);
+            (g.titulo == QLatin1String("Propietarios y agentes") ? derecha : izquierda)->addWidget(caja);
         else if (izquierda)
             (n == 0 ? izquierda : derecha)->addWidget(caja);
         else
@@ -240,12 +245,6 @@ QWidget* TfrmInmuebles::construirPagina(const QString& pagina)
             };
             connect(mDs.get(), &DataSet::rowChanged, calculado, mostrar);
             connect(mDs.get(), &DataSet::currentChanged, calculado, mostrar);
-        }
-        if (g.titulo == QLatin1String("Inmueble")) {
-            mFoto = new FotoPrincipal(caja);
-            mFoto->setObjectName(QStringLiteral("fotoPrincipal"));
-            mFoto->setFixedSize(180, 135);
-            grid->addWidget(mFoto, 0, 2 * g.porFila, grid->rowCount(), 1, Qt::AlignTop);
         }
         if (g.titulo == QStringLiteral("Situación")) {
             auto* boton = new QToolButton(caja);

@@ -1,7 +1,9 @@
 // Pictures of the property register for the documentation, taken only when asked:
 //   TEJAVISTA_CAPTURAS=docs xvfb-run -a build/tests/test_register --gtest_filter='Capturas*'
 #include "demodata.h"
+#include "frmfotos.h"
 #include "frminmuebles.h"
+#include "query.h"
 #include "gridsettings.h"
 #include "testdata.h"
 
@@ -42,9 +44,19 @@ TEST(Capturas, CarteraDeInmuebles)
     size.inmuebles = 60;
     size.inmueblesConFotos = 20;
     fillDemoAgency(data.dm(), 20261122, size);
+    // An active property with photographs, as agents see most of them.
     registro::TfrmInmuebles pantalla(data.dm());
     pantalla.resize(1280, 900);
-    pantalla.dataSet()->moveTo(4);
+    QString codigo;
+    Query conFotos(data.dm().Imagenes, data.dm().Transacion,
+                   QStringLiteral("SELECT CODINMUEBLE FROM IMAGENES GROUP BY CODINMUEBLE ORDER BY COUNT(*) DESC, 1"));
+    for (conFotos.open(); !conFotos.eof() && codigo.isEmpty(); conFotos.next()) {
+        const QString c = QString::number(conFotos.field(0).asInteger()).rightJustified(5, QLatin1Char('0'));
+        if (pantalla.dataSet()->locate(QStringLiteral("CODIGO"), c))
+            codigo = c;
+    }
+    conFotos.close();
+    ASSERT_FALSE(codigo.isEmpty());
     const char* nombres[] = {"general", "superficies", "caracteristicas", "solar", "edificio", "rustica",
                              "registro", "observaciones", "carteles", "publicacion"};
     QTabWidget* paginas = pantalla.paginas();
@@ -54,5 +66,11 @@ TEST(Capturas, CarteraDeInmuebles)
         paginas->setCurrentIndex(i);
         guardar(pantalla, QStringLiteral("inmuebles-%1.png").arg(QLatin1String(nombres[i])));
     }
+
+    registro::TfrmFotos fotos(data.dm(), codigo);
+    fotos.resize(900, 560);
+    if (!fotos.ids().isEmpty())
+        fotos.seleccionar(fotos.ids().first());
+    guardar(fotos, QStringLiteral("inmuebles-fotos.png"));
     ui::GridSettings::setStorageFile({});
 }
