@@ -6,7 +6,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -53,49 +52,35 @@ var tv = (function (cfg) {
             if (PASOS[i] / gradosPorPixel >= 90) return PASOS[i];
         return PASOS[0];
     }
-    function decimales(p) { return Math.max(0, Math.ceil(-Math.log10(p) - 1e-9)); }
     function rotulo(v, eje, p) {
         if (eje === 'lon') v = ((v + 540) % 360) - 180;
-        var t = Math.abs(v).toFixed(decimales(p)) + '°';
         if (Math.abs(v) < p / 2) return '0°';
-        return t + ' ' + (eje === 'lat' ? (v > 0 ? 'N' : 'S') : (v > 0 ? 'E' : 'O'));
+        var decimales = Math.max(0, Math.ceil(-Math.log10(p) - 1e-9));
+        var lado = eje === 'lat' ? (v > 0 ? 'N' : 'S') : (v > 0 ? 'E' : 'O');
+        return Math.abs(v).toFixed(decimales) + '° ' + lado;
     }
-    function texto(ctx, t, x, y, alinear) {
-        ctx.textAlign = alinear;
-        ctx.lineWidth = 3;
-        ctx.strokeStyle = '#f4f2ee';
-        ctx.strokeText(t, x, y);
-        ctx.fillStyle = '#5b6472';
-        ctx.fillText(t, x, y);
-    }
+
+    // The grid: paper, minor lines every fifth of a step, the step's lines darker.
     function dibujar(ctx, c, ancho, alto) {
         var x0 = c.x * ancho, y0 = c.y * alto, z = c.z;
         var no = mapa.unproject([x0, y0], z), se = mapa.unproject([x0 + ancho, y0 + alto], z);
-        var p = paso(z), menor = p / 5;
+        var p = paso(z);
         ctx.fillStyle = '#f4f2ee';
         ctx.fillRect(0, 0, ancho, alto);
-        ctx.font = '11px "DejaVu Sans", sans-serif';
-        [[menor, '#e3dfd6', false], [p, '#bdb6a8', true]].forEach(function (capa) {
+        ctx.lineWidth = 1;
+        [[p / 5, '#e3dfd6'], [p, '#bdb6a8']].forEach(function (capa) {
             var s = capa[0];
             ctx.strokeStyle = capa[1];
-            ctx.lineWidth = 1;
+            ctx.beginPath();
             for (var k = Math.ceil(no.lng / s); k * s <= se.lng; ++k) {
                 var x = Math.round(mapa.project([no.lat, k * s], z).x - x0) + 0.5;
-                ctx.beginPath(); ctx.moveTo(x, 0); ctx.lineTo(x, alto); ctx.stroke();
-                if (capa[2]) {
-                    var derecha = x < ancho - 70;
-                    texto(ctx, rotulo(k * s, 'lon', p), derecha ? x + 4 : x - 4, 14, derecha ? 'left' : 'right');
-                    ctx.strokeStyle = capa[1];
-                }
+                ctx.moveTo(x, 0); ctx.lineTo(x, alto);
             }
             for (var j = Math.ceil(se.lat / s); j * s <= no.lat; ++j) {
                 var y = Math.round(mapa.project([j * s, no.lng], z).y - y0) + 0.5;
-                ctx.beginPath(); ctx.moveTo(0, y); ctx.lineTo(ancho, y); ctx.stroke();
-                if (capa[2]) {
-                    texto(ctx, rotulo(j * s, 'lat', p), 4, y > 20 ? y - 4 : y + 13, 'left');
-                    ctx.strokeStyle = capa[1];
-                }
+                ctx.moveTo(0, y); ctx.lineTo(ancho, y);
             }
+            ctx.stroke();
         });
     }
     var Cuadricula = L.GridLayer.extend({
@@ -110,6 +95,39 @@ var tv = (function (cfg) {
     });
     new Cuadricula({ maxZoom: 19, zIndex: 0 }).addTo(mapa);
 
+    // The grid's labels ride the edges of the view (meridians along the top,
+    // parallels along the left), never under a control; shown only while the
+    // grid stands in for the map.
+    var rotulos = L.DomUtil.create('div', 'tv-rotulos', mapa.getContainer());
+    function solapa(a, b) {
+        return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+    }
+    function rotular() {
+        rotulos.innerHTML = '';
+        if (!avisado) return;
+        var p = paso(mapa.getZoom()), b = mapa.getBounds(), tam = mapa.getSize();
+        var controles = Array.prototype.map.call(mapa.getContainer().querySelectorAll('.leaflet-control'),
+                                                 function (e) { return e.getBoundingClientRect(); });
+        function poner(texto, x, y, clase) {
+            var r = L.DomUtil.create('div', 'tv-rotulo ' + clase, rotulos);
+            r.textContent = texto;
+            r.style.left = x + 'px';
+            r.style.top = y + 'px';
+            var caja = r.getBoundingClientRect(), fuera = caja.left < 0 || caja.top < 0 ||
+                caja.right > tam.x || caja.bottom > tam.y;
+            if (fuera || controles.some(function (c) { return solapa(caja, c); })) rotulos.removeChild(r);
+        }
+        for (var k = Math.ceil(b.getWest() / p); k * p <= b.getEast(); ++k) {
+            var x = mapa.latLngToContainerPoint([b.getNorth(), k * p]).x;
+            poner(rotulo(k * p, 'lon', p), x, 4, 'tv-meridiano');
+        }
+        for (var j = Math.ceil(b.getSouth() / p); j * p <= b.getNorth(); ++j) {
+            var y = mapa.latLngToContainerPoint([j * p, b.getWest()]).y;
+            poner(rotulo(j * p, 'lat', p), 4, y, 'tv-paralelo');
+        }
+    }
+    mapa.on('move zoomend resize', rotular);
+
     var puente = null, avisado = false, cargadas = 0, fallidas = 0;
     var aviso = L.control({ position: 'bottomleft' });
     aviso.onAdd = function () {
@@ -119,36 +137,38 @@ var tv = (function (cfg) {
     };
     var teselas = L.tileLayer(cfg.teselas, {
         maxZoom: 19, zIndex: 1,
-        attribution: '&copy; colaboradores de <a href="https://www.openstreetmap.org/copyright">OpenStreetMap</a>'
+        attribution: '&copy; colaboradores de ' +
+                     '<a href="https://www.openstreetmap.org/copyright">OpenStreetMap</a>'
     });
     teselas.on('tileload', function () {
         ++cargadas;
-        if (avisado) { avisado = false; aviso.remove(); }
+        if (avisado) { avisado = false; aviso.remove(); rotular(); }
     });
     teselas.on('tileerror', function () {
         ++fallidas;
         if (cargadas === 0 && !avisado) {
             avisado = true;
             aviso.addTo(mapa);
+            rotular();
             if (puente) puente.sinConexion();
         }
     });
     teselas.addTo(mapa);
 
-    var marca = null;
+    var marca = null, pista = null;
     function ponerMarca(ll) {
         if (marca) { marca.setLatLng(ll); return; }
-        marca = L.marker(ll, { draggable: cfg.manual, keyboard: false, title: 'Situación del inmueble' }).addTo(mapa);
+        marca = L.marker(ll, { draggable: cfg.manual, keyboard: false, title: 'Situación del inmueble' });
+        marca.addTo(mapa);
         if (cfg.manual)
             marca.on('dragend', function () { enviar(marca.getLatLng()); });
-        if (pista) { pista.remove(); pista = null; }
+        if (pista) { pista.remove(); pista = null; rotular(); }
     }
     function enviar(ll) {
         ll = ll.wrap();
         if (puente) puente.posicion(ll.lat, ll.lng);
     }
 
-    var pista = null;
     if (!cfg.posicion) {
         pista = L.control({ position: 'topright' });
         pista.onAdd = function () {
@@ -195,6 +215,13 @@ html, body, #mapa { height: 100%; margin: 0; }
 .tv-aviso { background: rgba(255, 255, 255, 0.92); color: #1f3b5c; padding: 4px 8px; border-radius: 4px;
             font: 12px/1.4 "DejaVu Sans", sans-serif; box-shadow: 0 1px 4px rgba(0, 0, 0, 0.3); }
 .tv-sin-conexion { color: #7a4b00; }
+.tv-rotulos { position: absolute; left: 0; top: 0; right: 0; bottom: 0; z-index: 450; pointer-events: none;
+              overflow: hidden; }
+.tv-rotulo { position: absolute; white-space: nowrap; padding: 0 3px; border-radius: 2px;
+             background: rgba(244, 242, 238, 0.9); color: #4b5563;
+             font: 11px/15px "DejaVu Sans", sans-serif; }
+.tv-meridiano { transform: translateX(-50%); }
+.tv-paralelo { transform: translateY(-50%); }
 )css";
 
 // Mainland Spain and the Balearic Islands: the view of a property with no place.
@@ -223,7 +250,7 @@ protected:
                                   const QString&) override
     {
         if (level == ErrorMessageLevel)
-            qWarning("mapa: %s (línea %d)", qPrintable(message), line);
+            qWarning("map page: %s (line %d)", qPrintable(message), line);
     }
 };
 
@@ -318,9 +345,10 @@ QString paginaMapa(const std::optional<Posicion>& posicion, bool manual, const O
     // Numbers are written by the JSON writer, which never follows the locale.
     auto punto = [](double lat, double lon) { return QJsonArray{lat, lon}; };
     QJsonObject cfg;
-    cfg.insert(QStringLiteral("posicion"), posicion ? QJsonValue(punto(redondearCoordenada(posicion->latitud),
-                                                                       redondearCoordenada(posicion->longitud)))
-                                                    : QJsonValue(QJsonValue::Null));
+    cfg.insert(QStringLiteral("posicion"),
+               posicion ? QJsonValue(punto(redondearCoordenada(posicion->latitud),
+                                           redondearCoordenada(posicion->longitud)))
+                        : QJsonValue(QJsonValue::Null));
     cfg.insert(QStringLiteral("manual"), manual);
     cfg.insert(QStringLiteral("zoom"), opciones.zoom);
     cfg.insert(QStringLiteral("teselas"), opciones.teselas);
@@ -334,8 +362,8 @@ QString paginaMapa(const std::optional<Posicion>& posicion, bool manual, const O
                           "<link rel=\"stylesheet\" href=\"leaflet.css\">\n"
                           "<script src=\"leaflet.js\"></script>\n<style>") +
            QLatin1String(kEstilo) +
-           QStringLiteral("</style>\n</head><body><div id=\"mapa\"></div>\n<script>\nvar tvConfig = ") + config +
-           QStringLiteral(";\n</script>\n<script>") + QString::fromUtf8(kScript) +
+           QStringLiteral("</style>\n</head><body><div id=\"mapa\"></div>\n<script>\nvar tvConfig = ") +
+           config + QStringLiteral(";\n</script>\n<script>") + QString::fromUtf8(kScript) +
            QStringLiteral("</script>\n</body></html>\n");
 }
 
@@ -375,10 +403,11 @@ TfrmMapa::TfrmMapa(const std::optional<Posicion>& posicion, bool manual, QWidget
     prepararMotorWeb();
 
     auto* layout = new QVBoxLayout(this);
-    auto* pista = new QLabel(manual ? QStringLiteral("Pulse en el mapa o arrastre la marca para situar el inmueble.")
-                                    : QStringLiteral("La marca está fija: el inmueble no tiene activada la "
-                                                     "situación manual."),
-                             this);
+    const QString textoPista =
+        manual      ? QStringLiteral("Pulse en el mapa o arrastre la marca para situar el inmueble.")
+        : mPosicion ? QStringLiteral("La marca está fija: el inmueble no tiene activada la situación manual.")
+                    : QStringLiteral("El inmueble no tiene coordenadas.");
+    auto* pista = new QLabel(textoPista, this);
     pista->setObjectName(QStringLiteral("lblPista"));
     layout->addWidget(pista);
 
@@ -427,20 +456,27 @@ TfrmMapa::TfrmMapa(const std::optional<Posicion>& posicion, bool manual, QWidget
     connect(pagina, &QWebEnginePage::renderProcessTerminated, this,
             [this](QWebEnginePage::RenderProcessTerminationStatus estado, int) {
                 if (estado != QWebEnginePage::NormalTerminationStatus)
-                    mostrarFallo(QStringLiteral("No se ha podido mostrar el mapa: el motor web se ha detenido."));
+                    mostrarFallo(
+                        QStringLiteral("No se ha podido mostrar el mapa: el motor web se ha detenido."));
             });
 
-    auto* coordenadas = new QFormLayout;
+    auto* coordenadas = new QHBoxLayout;
     mLatitud = new QLineEdit(this);
     mLatitud->setObjectName(QStringLiteral("edLatitud"));
     mLongitud = new QLineEdit(this);
     mLongitud->setObjectName(QStringLiteral("edLongitud"));
-    for (QLineEdit* e : {mLatitud, mLongitud}) {
-        e->setReadOnly(true);
-        e->setMaximumWidth(e->fontMetrics().horizontalAdvance(QStringLiteral("-000.0000000")) + 24);
+    const QList<QPair<QString, QLineEdit*>> cajas{{QStringLiteral("&Latitud"), mLatitud},
+                                                  {QStringLiteral("L&ongitud"), mLongitud}};
+    for (const auto& [titulo, caja] : cajas) {
+        caja->setReadOnly(true);
+        caja->setFixedWidth(caja->fontMetrics().horizontalAdvance(QStringLiteral("-000.0000000")) + 24);
+        auto* etiqueta = new QLabel(titulo, this);
+        etiqueta->setBuddy(caja);
+        coordenadas->addWidget(etiqueta);
+        coordenadas->addWidget(caja);
+        coordenadas->addSpacing(12);
     }
-    coordenadas->addRow(QStringLiteral("Latitud"), mLatitud);
-    coordenadas->addRow(QStringLiteral("Longitud"), mLongitud);
+    coordenadas->addStretch(1);
     layout->addLayout(coordenadas);
 
     const ui::BotonesDialogo botones = ui::botonesAceptarCancelar(this, layout);
@@ -465,16 +501,17 @@ TfrmMapa::TfrmMapa(const std::optional<Posicion>& posicion, bool manual, QWidget
 
 TfrmMapa::~TfrmMapa()
 {
-    // The page must go before its profile, which is an older child.
+    // The page must go before its profile: not left to the order of the children.
     delete mVista;
     mVista = nullptr;
 }
 
-bool TfrmMapa::elegir(std::optional<Posicion>& posicion, bool manual, QWidget* parent, const OpcionesMapa& opciones)
+bool TfrmMapa::elegir(std::optional<Posicion>& posicion, bool manual, QWidget* parent,
+                      const OpcionesMapa& opciones)
 {
     if (!leafletDisponible(opciones)) {
-        ui::dialogs().error(QStringLiteral("No se puede mostrar el mapa: no se encuentra la biblioteca Leaflet en "
-                                           "%1 (paquete libjs-leaflet).")
+        ui::dialogs().error(QStringLiteral("No se puede mostrar el mapa: no se encuentra la biblioteca Leaflet "
+                                           "en %1 (paquete libjs-leaflet).")
                                 .arg(baseMapa(opciones).toLocalFile()),
                             parent);
         return false;

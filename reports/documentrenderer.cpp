@@ -2,6 +2,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QPrinter>
 #include <QRegularExpression>
@@ -20,8 +21,10 @@ constexpr double kMarginTop = 16.0;
 constexpr double kMarginBottom = 18.0;
 constexpr double kHeaderBaseline = 10.0;
 constexpr double kHeaderRule = 12.0;
-constexpr double kFooterRule = 12.5; // from the bottom edge
-constexpr double kFooterBaseline = 8.0;
+constexpr double kFooterRule = 12.5;   // from the bottom edge
+constexpr double kFooterTop = 11.9;    // the footer's lines sit between these two
+constexpr double kFooterBottom = 6.0;
+constexpr double kFooterGap = 4.0;     // between the footer text and the page number
 const QColor kAccent(0x1f, 0x3b, 0x5c);
 const QColor kGrey(0x6b, 0x72, 0x80);
 const QColor kRule(0xc8, 0xcd, 0xd4);
@@ -41,6 +44,50 @@ QString metaContent(const QString& html, const QString& name)
 }
 
 } // namespace
+
+FooterLayout layoutFooter(const QString& footer, const QString& pageNumber,
+                          const QFontMetricsF& footerMetrics, const QFontMetricsF& pageNumberMetrics,
+                          const QRectF& area, double gap)
+{
+    FooterLayout out;
+    const double numberWidth = pageNumberMetrics.horizontalAdvance(pageNumber);
+    const double available = qMax(0.0, area.width() - numberWidth - gap);
+    const double lineHeight = footerMetrics.height();
+    const int maxLines = qMax(1, int(area.height() / footerMetrics.lineSpacing()));
+
+    // Greedy word wrap; what the last line cannot hold is elided.
+    const QStringList words = footer.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QString current;
+    qsizetype lineStart = 0;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QString candidate = current.isEmpty() ? words.at(i) : current + QLatin1Char(' ') + words.at(i);
+        if (current.isEmpty() || footerMetrics.horizontalAdvance(candidate) <= available) {
+            current = candidate;
+            continue;
+        }
+        if (out.lines.size() + 1 == maxLines) {
+            current = QStringList(words.mid(lineStart)).join(QLatin1Char(' '));
+            break;
+        }
+        out.lines.append(current);
+        current = words.at(i);
+        lineStart = i;
+    }
+    if (!current.isEmpty())
+        out.lines.append(current);
+    for (QString& line : out.lines)
+        line = footerMetrics.elidedText(line, Qt::ElideRight, available);
+
+    const int shown = qMax(1, int(out.lines.size()));
+    const double spacing = footerMetrics.lineSpacing();
+    const double blockTop = area.top() + (area.height() - (shown - 1) * spacing - lineHeight) / 2;
+    for (qsizetype i = 0; i < out.lines.size(); ++i)
+        out.lineRects.append(QRectF(area.left(), blockTop + i * spacing, available, lineHeight));
+    const double baseline = blockTop + (shown - 1) * spacing + footerMetrics.ascent();
+    out.pageNumber = QRectF(area.right() - numberWidth, baseline - pageNumberMetrics.ascent(), numberWidth,
+                            pageNumberMetrics.height());
+    return out;
+}
 
 DocumentRenderer::DocumentRenderer(const QString& html, const QString& baseFolder) : mBaseFolder(baseFolder)
 {
@@ -168,9 +215,15 @@ int DocumentRenderer::print(QPrinter& printer) const
         // Running header: the letterhead of the first page is the template's own.
         if (page > 0) {
             const QRectF band(left, 0, right - left, kHeaderBaseline * dpmm);
+            // The title keeps its place; a long agency name gives way to it.
+            const double titleWidth = QFontMetricsF(small, &printer).horizontalAdvance(mTitle);
+            const double headerWidth = qMax(0.0, band.width() - titleWidth - kFooterGap * dpmm);
             painter.setFont(smallBold);
             painter.setPen(kAccent);
-            painter.drawText(band, Qt::AlignLeft | Qt::AlignBottom, mHeader);
+            const QString header =
+                QFontMetricsF(smallBold, &printer).elidedText(mHeader, Qt::ElideRight, headerWidth);
+            painter.drawText(QRectF(band.left(), band.top(), headerWidth, band.height()),
+                             Qt::AlignLeft | Qt::AlignBottom | Qt::TextSingleLine, header);
             painter.setFont(small);
             painter.setPen(kGrey);
             painter.drawText(band, Qt::AlignRight | Qt::AlignBottom, mTitle);
@@ -179,17 +232,22 @@ int DocumentRenderer::print(QPrinter& printer) const
         }
         const double ruleY = paper.height() - kFooterRule * dpmm;
         painter.drawLine(QPointF(left, ruleY), QPointF(right, ruleY));
-        const QRectF foot(left, ruleY, right - left, paper.height() - kFooterBaseline * dpmm - ruleY);
         QString footer = mFooter;
         footer.replace(QLatin1String("[pagina]"), QString::number(page + 1))
             .replace(QLatin1String("[paginas]"), QString::number(pages));
+        const QString pageNumber = QStringLiteral("Página %1 de %2").arg(page + 1).arg(pages);
+        const QRectF area(left, paper.height() - kFooterTop * dpmm, right - left,
+                          (kFooterTop - kFooterBottom) * dpmm);
+        const FooterLayout foot = layoutFooter(footer, pageNumber, QFontMetricsF(small, &printer),
+                                               QFontMetricsF(smallBold, &printer), area, kFooterGap * dpmm);
         painter.setFont(small);
         painter.setPen(kGrey);
-        painter.drawText(foot, Qt::AlignLeft | Qt::AlignBottom, footer);
+        for (qsizetype i = 0; i < foot.lines.size(); ++i)
+            painter.drawText(foot.lineRects.at(i), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
+                             foot.lines.at(i));
         painter.setFont(smallBold);
         painter.setPen(kAccent);
-        painter.drawText(foot, Qt::AlignRight | Qt::AlignBottom,
-                         QStringLiteral("Página %1 de %2").arg(page + 1).arg(pages));
+        painter.drawText(foot.pageNumber, Qt::AlignRight | Qt::AlignTop | Qt::TextSingleLine, pageNumber);
         painter.restore();
     }
     painter.end();

@@ -3,12 +3,29 @@
 #include <QImage>
 #include <QList>
 #include <QPair>
+#include <QRectF>
 #include <QString>
+#include <QStringList>
 
+class QFontMetricsF;
 class QPrinter;
 class QTextDocument;
 
 namespace tv::reports {
+
+// Where a page footer's two texts go: the page number ("Página N de M") at
+// the right and the footer text in the width left beside it, wrapped onto as
+// many lines as `area` holds, the last one elided, so a long agency line
+// never runs into the page number. The lines are centred in `area` as a
+// block; the page number shares the baseline of the last one.
+struct FooterLayout {
+    QRectF pageNumber;
+    QStringList lines;
+    QList<QRectF> lineRects; // one per line, each wide enough for its text
+};
+FooterLayout layoutFooter(const QString& footer, const QString& pageNumber,
+                          const QFontMetricsF& footerMetrics, const QFontMetricsF& pageNumberMetrics,
+                          const QRectF& area, double gap);
 
 // Lays out a rendered report (HTML) with QTextDocument on A4 pages and paints
 // it page by page on a printer (a PDF file, a real printer or a preview),
