@@ -65,14 +65,31 @@ bool TfrmDocumentos::anadir()
     if (origen.isEmpty())
         return false;
     const QString destino = QDir(mCarpeta).filePath(QFileInfo(origen).fileName());
-    if (QFileInfo::exists(destino)) {
-        if (!ui::dialogs().confirmation(
-                QStringLiteral("Ya existe un documento llamado %1. ¿Desea sustituirlo?").arg(QFileInfo(origen).fileName()),
-                this))
-            return false;
-        QFile::remove(destino);
+    if (QFileInfo(origen).canonicalFilePath() == QFileInfo(destino).canonicalFilePath()) {
+        ui::dialogs().information(QStringLiteral("El documento %1 ya está en la carpeta.").arg(QFileInfo(origen).fileName()),
+                                  this);
+        return false;
     }
-    if (!QFile::copy(origen, destino)) {
+    const bool existe = QFileInfo::exists(destino);
+    if (existe &&
+        !ui::dialogs().confirmation(
+            QStringLiteral("Ya existe un documento llamado %1. ¿Desea sustituirlo?").arg(QFileInfo(origen).fileName()),
+            this))
+        return false;
+    // Copied beside it first: the old document goes only once the new one is there.
+    const QString temporal = destino + QStringLiteral(".nuevo");
+    QFile::remove(temporal);
+    if (!QFile::copy(origen, temporal)) {
+        QFile::remove(temporal);
+        ui::dialogs().error(QStringLiteral("No se ha podido copiar el documento %1.").arg(origen), this);
+        return false;
+    }
+    if (existe && !QFile::remove(destino)) {
+        QFile::remove(temporal);
+        ui::dialogs().error(QStringLiteral("No se ha podido sustituir el documento %1.").arg(destino), this);
+        return false;
+    }
+    if (!QFile::rename(temporal, destino)) {
         ui::dialogs().error(QStringLiteral("No se ha podido copiar el documento %1.").arg(origen), this);
         return false;
     }

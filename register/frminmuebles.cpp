@@ -22,6 +22,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QRegularExpressionValidator>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QTabWidget>
@@ -159,6 +161,9 @@ void TfrmInmuebles::construir()
         w->setEnabled(false);
     if (auto* zona = qobject_cast<ui::ComboBoxBinder*>(binderFor(QStringLiteral("CODTIPOZONA"))))
         zona->setLookup(QStringLiteral("zonas"), true, kMuniIne);
+    // Other tables keep the code's number: only digits make one.
+    if (auto* codigo = qobject_cast<QLineEdit*>(controlFor(kCodigo)))
+        codigo->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9 ]*")), codigo));
     if (auto* video = qobject_cast<QLineEdit*>(controlFor(QStringLiteral("YOUTUBE"))))
         connect(video, &QLineEdit::editingFinished, this, [this, video] {
             if (!mDs->isEditing())
@@ -388,7 +393,17 @@ void TfrmInmuebles::nuevoRegistro(DataSet& ds)
 void TfrmInmuebles::antesDeGrabar(DataSet& ds)
 {
     auto campo = [&ds](const char* c) { return ds.fieldByName(QLatin1String(c)); };
-    campo("CODIGO").setValue(rellenarExpediente(campo("CODIGO").asString()));
+    // A stored property keeps its code as it is: other tables name it.
+    if (ds.state() == DataSet::State::Insert) {
+        campo("CODIGO").setValue(rellenarExpediente(campo("CODIGO").asString()));
+        mRusoEnAlta = mRusoCambiado;
+        if (mRusoCambiado) {
+            const TextosRusos t = rusoTecleados();
+            campo("CARTELES_INFORMARUS").setValue(t.informacion);
+            campo("CARTELES_CABECERARUS").setValue(t.cabecera);
+            campo("CARTELES_PIERUS").setValue(t.pie);
+        }
+    }
     const QString video = campo("YOUTUBE").asString();
     if (!video.isEmpty() && normalizarVideo(video) != video)
         campo("YOUTUBE").setValue(normalizarVideo(video));
@@ -481,18 +496,48 @@ void TfrmInmuebles::aplicarCambios()
         return;
     }
     const QString codigo = codigoActual();
-    mDs->applyUpdates();
-    if (mRusoCambiado && !codigo.isEmpty()) {
-        // Same attachment and transaction as the row (UTF-8 like every
-        // attachment here), so the record and its Russian texts land together.
+    const TextosRusos tecleados = rusoTecleados();
+    // A new property carries its Russian texts in its own insert.
+    if (!mRusoCambiado || codigo.isEmpty() || mRusoEnAlta) {
+        mDs->applyUpdates();
+        if (mRusoCambiado)
+            mRusoLeido = tecleados;
+        mRusoCambiado = false;
+        mRusoEnAlta = false;
+        return;
+    }
+    // The Russian texts and the row land together or not at all, and a text
+    // another workstation saved meanwhile is never overwritten unseen.
+    Query(mData.datos, mData.Transacion, QStringLiteral("SAVEPOINT GRABAR_INMUEBLE")).exec();
+    try {
+        Query actual(mData.datos, mData.Transacion, QString::fromUtf8(kSqlLeerRusos));
+        actual.paramByName(QStringLiteral("codigo")).setAsString(codigo);
+        actual.open();
+        const TextosRusos guardados = actual.eof() ? TextosRusos{}
+                                                   : TextosRusos{actual.field(0).asString(), actual.field(1).asString(),
+                                                                 actual.field(2).asString()};
+        actual.close();
+        if (!(guardados == mRusoLeido))
+            throw RecordChangedError();
         Query q(mData.datos, mData.Transacion, QString::fromUtf8(kSqlGuardarRusos));
-        q.paramByName(QStringLiteral("informa")).setAsString(mRusoInformacion->toPlainText());
-        q.paramByName(QStringLiteral("cabera_ruso")).setAsString(mRusoCabecera->toPlainText());
-        q.paramByName(QStringLiteral("pie_ruso")).setAsString(mRusoPie->toPlainText());
+        q.paramByName(QStringLiteral("informa")).setAsString(tecleados.informacion);
+        q.paramByName(QStringLiteral("cabera_ruso")).setAsString(tecleados.cabecera);
+        q.paramByName(QStringLiteral("pie_ruso")).setAsString(tecleados.pie);
         q.paramByName(QStringLiteral("codigo")).setAsString(codigo);
         q.exec();
-        mRusoCambiado = false;
+        mDs->applyUpdates();
+    } catch (...) {
+        Query(mData.datos, mData.Transacion, QStringLiteral("ROLLBACK TO SAVEPOINT GRABAR_INMUEBLE")).exec();
+        throw;
     }
+    Query(mData.datos, mData.Transacion, QStringLiteral("RELEASE SAVEPOINT GRABAR_INMUEBLE")).exec();
+    mRusoLeido = tecleados;
+    mRusoCambiado = false;
+}
+
+TextosRusos TfrmInmuebles::rusoTecleados() const
+{
+    return {mRusoInformacion->toPlainText(), mRusoCabecera->toPlainText(), mRusoPie->toPlainText()};
 }
 
 // ------------------------------------------------------------------ state
@@ -518,8 +563,9 @@ void TfrmInmuebles::seguirRegistro()
                 mFoto->mostrar(mData, codigoActual());
             else
                 mFoto->limpiar();
-        } catch (const DatabaseError&) {
-            // An unreadable images database costs the picture, not the record.
+        } catch (const std::exception&) {
+            // An unreadable picture or images database costs the picture, not the record.
+            mFoto->limpiar();
         }
     }
     seguirEstado();
@@ -620,6 +666,7 @@ void TfrmInmuebles::leerTextosRusos()
             ui::dialogs().error(e.message(), this);
         }
     }
+    mRusoLeido = t;
     mLeyendoRuso = true;
     mRusoInformacion->setPlainText(t.informacion);
     mRusoCabecera->setPlainText(t.cabecera);

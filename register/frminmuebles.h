@@ -1,5 +1,6 @@
 #pragma once
 
+#include "carteles.h"
 #include "inmuebles.h"
 #include "recordscreen.h"
 
@@ -108,6 +109,11 @@ private:
     void seguirFamilia();
     void leerTextosRusos();
     void rusoTecleado();
+    TextosRusos rusoTecleados() const;
+    // False, after saying why, when the current property is another agent's.
+    bool puedoModificar();
+    // False, after saying why, while the record has changes not yet saved.
+    bool sinCambiosPendientes();
     void abrirPropietario(const QVariant& codigo);
     bool hayRegistro() const;
     QString codigoActual() const;
@@ -133,6 +139,8 @@ private:
     QPlainTextEdit* mRusoPie = nullptr;
     QList<QPlainTextEdit*> mCajasCartel;
     bool mRusoCambiado = false;
+    bool mRusoEnAlta = false;
+    TextosRusos mRusoLeido;
     bool mLeyendoRuso = false;
     bool mFiltrado = false;
     QString mCodigoBorrado;

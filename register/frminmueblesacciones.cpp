@@ -181,8 +181,26 @@ void TfrmInmuebles::abrirPropietario(const QVariant& codigo)
     abrirEnlace(QStringLiteral("propietario"), this, codigo);
 }
 
+bool TfrmInmuebles::puedoModificar()
+{
+    if (ui::mayChange(*mDs, ui::Ownership::inmuebles()))
+        return true;
+    ui::dialogs().information(ui::Ownership::inmuebles().editRefused, this);
+    return false;
+}
+
+bool TfrmInmuebles::sinCambiosPendientes()
+{
+    if (!mDs->isEditing() && !mDs->updatesPending())
+        return true;
+    ui::dialogs().warning(QStringLiteral("Debe grabar o cancelar los cambios antes de continuar."), this);
+    return false;
+}
+
 void TfrmInmuebles::elegirPoblacion()
 {
+    if (!mDs->isEditing() && !puedoModificar())
+        return;
     QString provincia, municipio, pais;
     if (!lookups::elegirLugar(this, &provincia, &municipio, &pais))
         return;
@@ -223,6 +241,8 @@ bool TfrmInmuebles::ejecutarPendiente(const QString& enlace, const QString& titu
 void TfrmInmuebles::bCasacionClick()
 {
     // The interested clients are of the property as stored now.
+    if (!sinCambiosPendientes())
+        return;
     const QString codigo = codigoActual();
     reabrir(mDs->selectSQL(), codigo);
     ejecutarPendiente(QStringLiteral("interesados"), QStringLiteral("Casación"));
@@ -245,6 +265,9 @@ void TfrmInmuebles::verGastos()
 
 void TfrmInmuebles::verFotos()
 {
+    // The manager writes the row's photo flags: the row must be as stored.
+    if (!sinCambiosPendientes())
+        return;
     // Another agent's property: its photographs are shown, not changed.
     TfrmFotos dlg(mData, codigoActual(), this);
     dlg.setSoloLectura(!ui::mayChange(*mDs, ui::Ownership::inmuebles()));
@@ -259,6 +282,8 @@ void TfrmInmuebles::verMapa()
     const QVariant lat = mDs->fieldByName(QStringLiteral("LATITUDE")).value();
     const QVariant lon = mDs->fieldByName(QStringLiteral("LONGITUDE")).value();
     std::optional<Posicion> posicion = posicionGuardada(lat, lon);
+    if (manual && !mDs->isEditing() && !puedoModificar())
+        return;
     if (!TfrmMapa::elegir(posicion, manual, this) || !manual || !posicion)
         return;
     try {
@@ -275,23 +300,30 @@ void TfrmInmuebles::verMapa()
 
 void TfrmInmuebles::FlaTcxButton222Click()
 {
+    if (!sinCambiosPendientes())
+        return;
     if (!ui::dialogs().confirmation(QString::fromUtf8(kPreguntaCopiar), this))
         return;
     QString nuevo;
     try {
-        nuevo = copiarInmueble(mData, codigoActual());
+        nuevo = copiarInmueble(mData, codigoActual(), mData.agente.codigo);
     } catch (const DatabaseError& e) {
         ui::dialogs().error(e.message(), this);
         return;
     }
     reabrir(mDs->selectSQL(), nuevo);
-    if (codigoActual() != nuevo)
-        mDs->last();
+    if (codigoActual() != nuevo) {
+        // Outside the search in force: the whole stock shows the copy.
+        reabrir(consultaInmuebles(), nuevo);
+        mFiltrado = false;
+    }
     ui::dialogs().information(QString::fromUtf8(kInmuebleCopiado), this);
 }
 
 void TfrmInmuebles::generarCartel()
 {
+    if (!sinCambiosPendientes() || !puedoModificar())
+        return;
     try {
         registro::generarCartel(mData, codigoActual());
     } catch (const DatabaseError& e) {
@@ -325,7 +357,8 @@ void TfrmInmuebles::generarCartelesCartera()
         return;
     }
     progreso.reset();
-    releerRegistro();
+    // Every row read before holds the old texts: read the list again.
+    reabrir(mDs->selectSQL(), codigoActual());
     ui::dialogs().information(QStringLiteral("Información de la publicidad generada en %1 inmuebles.").arg(n), this);
 }
 
@@ -357,6 +390,8 @@ void TfrmInmuebles::publicarEnWeb()
         ui::dialogs().warning(QString::fromUtf8(kGrabarAntesDeWeb), this);
         return;
     }
+    if (!puedoModificar())
+        return;
     try {
         marcarWeb(mData, codigoActual(), true);
     } catch (const DatabaseError& e) {
@@ -373,6 +408,8 @@ void TfrmInmuebles::quitarDeWeb()
         ui::dialogs().warning(QString::fromUtf8(kGrabarAntesDeWeb), this);
         return;
     }
+    if (!puedoModificar())
+        return;
     if (!ui::dialogs().confirmation(QString::fromUtf8(kPreguntaQuitarWeb), this))
         return;
     try {
@@ -405,6 +442,8 @@ void TfrmInmuebles::imprimirFicha()
         ui::dialogs().error(e.message(), this);
     } catch (const DatabaseError& e) {
         ui::dialogs().error(e.message(), this);
+    } catch (const std::exception& e) {
+        ui::dialogs().error(QString::fromUtf8(e.what()), this);
     }
 }
 
@@ -426,6 +465,8 @@ void TfrmInmuebles::exportarFichaPdf()
         ui::dialogs().error(e.message(), this);
     } catch (const DatabaseError& e) {
         ui::dialogs().error(e.message(), this);
+    } catch (const std::exception& e) {
+        ui::dialogs().error(QString::fromUtf8(e.what()), this);
     }
 }
 
@@ -437,6 +478,8 @@ void TfrmInmuebles::imprimirCartera()
         ui::dialogs().error(e.message(), this);
     } catch (const DatabaseError& e) {
         ui::dialogs().error(e.message(), this);
+    } catch (const std::exception& e) {
+        ui::dialogs().error(QString::fromUtf8(e.what()), this);
     }
 }
 
@@ -451,6 +494,8 @@ void TfrmInmuebles::imprimirGestiones()
         ui::dialogs().error(e.message(), this);
     } catch (const DatabaseError& e) {
         ui::dialogs().error(e.message(), this);
+    } catch (const std::exception& e) {
+        ui::dialogs().error(QString::fromUtf8(e.what()), this);
     }
 }
 

@@ -8,6 +8,7 @@
 #include "sqltext.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 #include <cmath>
 
@@ -46,23 +47,25 @@ SentenciasInmuebles sentenciasInmuebles(Database& db, Transaction& tr)
     Query q(db, tr,
             QStringLiteral("SELECT TRIM(RDB$FIELD_NAME) FROM RDB$RELATION_FIELDS "
                            "WHERE RDB$RELATION_NAME = 'INMUEBLES' ORDER BY RDB$FIELD_POSITION"));
-    QStringList cols;
+    QStringList cols, todas;
     for (q.open(); !q.eof(); q.next()) {
         const QString c = q.field(0).asString().trimmed();
+        todas.append(c);
         if (!columnasRusas().contains(c))
             cols.append(c);
     }
     q.close();
     QStringList sets, params;
-    for (const QString& c : cols) {
+    for (const QString& c : cols)
         sets.append(c + QStringLiteral(" = :") + c);
+    // A new property is written whole, its Russian texts included.
+    for (const QString& c : todas)
         params.append(QLatin1Char(':') + c);
-    }
     const QString where = QStringLiteral(" WHERE CODIGO = :OLD_CODIGO");
     SentenciasInmuebles s;
     s.refresh = QStringLiteral("SELECT ") + cols.join(QStringLiteral(", ")) + QStringLiteral(" FROM INMUEBLES") + where;
     s.modify = QStringLiteral("UPDATE INMUEBLES SET ") + sets.join(QStringLiteral(", ")) + where;
-    s.insert = QStringLiteral("INSERT INTO INMUEBLES (") + cols.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (") +
+    s.insert = QStringLiteral("INSERT INTO INMUEBLES (") + todas.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (") +
                params.join(QStringLiteral(", ")) + QLatin1Char(')');
     s.remove = QStringLiteral("DELETE FROM INMUEBLES") + where;
     return s;
@@ -78,7 +81,9 @@ QString rellenarExpediente(const QString& tecleado)
 
 int numeroExpediente(const QString& codigo)
 {
-    return codigo.trimmed().toInt();
+    bool ok = false;
+    const int n = codigo.trimmed().toInt(&ok);
+    return ok && n >= 0 ? n : -1;
 }
 
 QString normalizarVideo(const QString& enlace)
@@ -239,7 +244,7 @@ QString condicionBusqueda(const FiltroInmuebles& f)
     return c;
 }
 
-QString copiarInmueble(Tdm& data, const QString& codigo)
+QString copiarInmueble(Tdm& data, const QString& codigo, int agente)
 {
     const QString nuevo =
         rellenarExpediente(Query::scalar(data.datos, data.Transacion, QStringLiteral("SELECT CODIGO FROM CODINMUEBLE"))
@@ -256,13 +261,18 @@ QString copiarInmueble(Tdm& data, const QString& codigo)
             otras.append(c);
     }
     cols.close();
-    const QString lista = otras.join(QStringLiteral(", "));
+    // The copy is the agent's who made it, as any new property is.
+    QStringList valores = otras;
+    if (agente > 0)
+        valores.replaceInStrings(QRegularExpression(QStringLiteral("^CODAGENTE$")), QStringLiteral(":AGENTE"));
     // One statement: it lands whole or fails whole.
     Query q(data.datos, data.Transacion,
-            QStringLiteral("INSERT INTO INMUEBLES (CODIGO, %1) SELECT :NUEVO, %1 FROM INMUEBLES WHERE CODIGO = :CODIGO")
-                .arg(lista));
+            QStringLiteral("INSERT INTO INMUEBLES (CODIGO, %1) SELECT :NUEVO, %2 FROM INMUEBLES WHERE CODIGO = :CODIGO")
+                .arg(otras.join(QStringLiteral(", ")), valores.join(QStringLiteral(", "))));
     q.paramByName(QStringLiteral("NUEVO")).setAsString(nuevo);
     q.paramByName(kCodigo).setAsString(codigo);
+    if (agente > 0)
+        q.paramByName(QStringLiteral("AGENTE")).setAsInteger(agente);
     q.exec();
     data.Transacion.commitRetaining();
     return nuevo;
@@ -270,6 +280,9 @@ QString copiarInmueble(Tdm& data, const QString& codigo)
 
 void borrarFotos(Tdm& data, const QString& codigo)
 {
+    // The images database names properties by number: a code that is none has no photographs there.
+    if (numeroExpediente(codigo) < 0)
+        return;
     Query q(data.Imagenes, data.Transacion, QLatin1String(kSqlBorrarFotos));
     q.paramByName(QStringLiteral("CODINMUEBLE")).setAsInteger(numeroExpediente(codigo));
     q.exec();

@@ -44,7 +44,8 @@ SentenciasInmuebles sentenciasInmuebles(Database& db, Transaction& tr);
 // The expediente as stored: trimmed, cut to its first five characters and
 // left-padded with "0" to five ("7" gives "00007", "1234567" "12345").
 QString rellenarExpediente(const QString& tecleado);
-// The numeric value other tables keep of a property code ("00012" gives 12).
+// The numeric value other tables keep of a property code ("00012" gives
+// 12; -1 for a code that is no number).
 int numeroExpediente(const QString& codigo);
 
 // A video link as it is embedded: "&feature=youtu.be" removed and
@@ -94,9 +95,9 @@ QString condicionBusqueda(const FiltroInmuebles& f);
 QString patronBusqueda(const QString& tecleado);
 
 // Copies a property under a new code from CODINMUEBLE: every column but
-// the code, in the shared transaction, committed (context kept). Returns
-// the new code.
-QString copiarInmueble(Tdm& data, const QString& codigo);
+// the code, in the shared transaction, committed (context kept); with an
+// agent (> 0) the copy is his. Returns the new code.
+QString copiarInmueble(Tdm& data, const QString& codigo, int agente = 0);
 inline const char* const kPreguntaCopiar =
     "¿Está seguro generar un nuevo inmueble a partir del inmueble \r\nseleccionado?";
 inline const char* const kInmuebleCopiado = "Inmueble copiado correctamente";

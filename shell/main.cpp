@@ -1,6 +1,7 @@
 #include "application.h"
 #include "dialogs.h"
 #include "fbenvironment.h"
+#include "mapa.h"
 
 #include <QApplication>
 
@@ -33,6 +34,9 @@ int main(int argc, char** argv)
         }
         return 1;
     }
+    // The web engine (maps) wants its settings before the application exists.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    tv::registro::prepararMotorWeb();
     QApplication app(argc, argv);
     return tv::shell::run(app);
 }

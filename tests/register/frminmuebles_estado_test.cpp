@@ -170,3 +170,44 @@ TEST_F(Inmuebles, LasFotosDeOtroAgenteSoloSeVen)
     EXPECT_TRUE(anadirActivo);
     registro::TfrmFotos::setModalRunner({});
 }
+
+TEST_F(Inmuebles, UnoNuevoGuardaSusTextosRusosEnElAlta)
+{
+    abrir();
+    test::ScriptedDialogs dialogos;
+    pantalla->nuevo();
+    poner("CODTIPOINMUEBLE", 1);
+    poner("MUNICIPIO", QStringLiteral("Ajalvir"));
+    poner("CODTIPOOPERACION", 1);
+    poner("EUROIMPORTE", 1000.0);
+    poner("CODPROPIETARIO", 5);
+    pantalla->rusoInformacion()->setPlainText(QStringLiteral("Новая квартира"));
+    dialogos.answer(true);
+    ASSERT_TRUE(pantalla->grabar());
+    EXPECT_EQ(dialogos.texts(), QStringList{tv::test::kGrabar});
+    EXPECT_EQ(enBase(QStringLiteral("00021"), "CARTELES_INFORMARUS").toString(), QStringLiteral("Новая квартира"));
+    // Changing it afterwards goes through the Russian statement.
+    pantalla->rusoInformacion()->setPlainText(QStringLiteral("Квартира"));
+    dialogos.answer(true);
+    ASSERT_TRUE(pantalla->grabar());
+    dialogos.clear();
+    EXPECT_EQ(enBase(QStringLiteral("00021"), "CARTELES_INFORMARUS").toString(), QStringLiteral("Квартира"));
+}
+
+TEST_F(Inmuebles, LaCopiaEsDelAgenteQueLaHaceYSeVeAunqueHayaFiltro)
+{
+    datos.dm().cargarAgente(2);
+    abrir();
+    registro::FiltroInmuebles f;
+    f.expediente = QStringLiteral("10");
+    pantalla->aplicarFiltro(f);
+    ASSERT_EQ(valor("CODIGO"), QStringLiteral("00010")); // agent 1's
+    test::ScriptedDialogs dialogos;
+    dialogos.answer(true);
+    pantalla->FlaTcxButton222Click();
+    EXPECT_EQ(dialogos.texts().last(), QStringLiteral("Inmueble copiado correctamente"));
+    EXPECT_EQ(valor("CODIGO"), QStringLiteral("00021"));
+    EXPECT_FALSE(pantalla->filtrado());
+    EXPECT_EQ(enBase(QStringLiteral("00021"), "CODAGENTE").toInt(), 2);
+    EXPECT_EQ(enBase(QStringLiteral("00021"), "CODCAPTADOR").toInt(), 1);
+}

@@ -142,13 +142,16 @@ TEST(BusquedaInmuebles, LaCondicionFiltraDeVerdad)
     EXPECT_TRUE(codigos(f).isEmpty());
 }
 
-TEST(SentenciasInmueble, LosTextosRusosQuedanFuera)
+TEST(SentenciasInmueble, LosTextosRusosSoloEnElAlta)
 {
     test::TestData t;
     const SentenciasInmuebles s = sentenciasInmuebles(t.dm().datos, t.dm().Transacion);
-    for (const QString* sql : {&s.refresh, &s.modify, &s.insert, &s.remove})
+    for (const QString* sql : {&s.refresh, &s.modify, &s.remove})
         for (const QString& c : columnasRusas())
             EXPECT_FALSE(sql->contains(c)) << sql->toStdString();
+    // A new property is written whole.
+    for (const QString& c : columnasRusas())
+        EXPECT_TRUE(s.insert.contains(QLatin1Char(':') + c)) << c.toStdString();
     EXPECT_TRUE(s.modify.startsWith(QStringLiteral("UPDATE INMUEBLES SET ")));
     EXPECT_TRUE(s.modify.endsWith(QStringLiteral(" WHERE CODIGO = :OLD_CODIGO")));
     EXPECT_TRUE(s.insert.contains(QStringLiteral("CARTELES_INFORMACION")));

@@ -132,11 +132,11 @@ TEST_F(MainWindow, LanguageChangeDuringStartUpSaysNothing)
 
 TEST_F(MainWindow, PendingCommandsSayTheyAreNotAvailable)
 {
-    window->ribbon()->buttonFor(QStringLiteral("inmuebles"))->click();
+    window->ribbon()->buttonFor(QStringLiteral("demandas"))->click();
     window->ribbon()->actionFor(QStringLiteral("promociones-fichero"))->trigger();
     window->ribbon()->actionFor(QStringLiteral("escanear"))->trigger();
     EXPECT_EQ(dialogs.texts(),
-              (QStringList{QStringLiteral("La función «Inmuebles» todavía no está disponible en esta versión."),
+              (QStringList{QStringLiteral("La función «Demandas» todavía no está disponible en esta versión."),
                            QStringLiteral("La función «Fichero de Promociones» todavía no está disponible en esta versión."),
                            QStringLiteral("La función «Escanear documentación» todavía no está disponible en esta versión.")}));
 
